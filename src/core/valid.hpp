@@ -1,0 +1,42 @@
+// The checks that routines begin with.
+#pragma once
+
+#include <cstdint>
+
+#include "core/code.hpp"
+
+namespace korvo {
+
+// Whether a typed record is a matrix. The product is formed in 64 bits: a shape whose 32-bit product wraps
+// would let a walk by rows leave the buffer.
+template <class M>
+[[nodiscard]] code valid(const M* mat) {
+  if (!mat) return KORVO_ERR_NULL_POINTER;
+  if (mat->nrow < 1 || mat->ncol < 1) return KORVO_ERR_ILLEGAL_SIZE;
+  if (!mat->data) return KORVO_ERR_NULL_POINTER;
+  return mat->nelem == std::int64_t{mat->nrow} * mat->ncol ? KORVO_ERR_OK : KORVO_ERR_ILLEGAL_SIZE;
+}
+
+// Several of them, in order: the first fault wins.
+template <class M, class... Rest>
+[[nodiscard]] code valid(const M* mat, const Rest*... rest) {
+  TRY(valid(mat));
+  return valid(rest...);
+}
+
+template <class A, class B>
+bool same_shape(const A* a, const B* b) {
+  return a->nrow == b->nrow && a->ncol == b->ncol;
+}
+template <class A, class B, class... Rest>
+bool same_shape(const A* a, const B* b, const Rest*... rest) {
+  return same_shape(a, b) && same_shape(b, rest...);
+}
+
+// Sharing is one thing only: the same first element.
+template <class A, class B>
+bool shares_data(const A* a, const B* b) {
+  return static_cast<const void*>(a->data) == static_cast<const void*>(b->data);
+}
+
+}  // namespace korvo

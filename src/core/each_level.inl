@@ -40,7 +40,9 @@ namespace {
 #pragma clang attribute push(__attribute__((target("avx512f,avx512bw,avx512dq,avx512vl"))), apply_to = function)
 #else
 #pragma GCC push_options
-#pragma GCC target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")
+// Loops that the compiler vectorises stay at 32 bytes: elements are aligned to no more than 16, and wider
+// accesses would all cross cache lines.
+#pragma GCC target("avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=256")
 #endif
 #define KORVO_VECTOR_BYTES 64
 namespace korvo::avx512 {

@@ -22,7 +22,7 @@ namespace korvo {
 template <class M>
 class temporary : public M {
  public:
-  temporary() : M{} {}
+  temporary() { static_cast<M&>(*this) = M{}; }
   temporary(const temporary&) = delete;
   temporary& operator=(const temporary&) = delete;
   ~temporary() { (void)korvo_free(this->data); }

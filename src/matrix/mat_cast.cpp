@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <type_traits>
@@ -48,11 +47,12 @@ constexpr double cast_cost = !can_misfit<S, D>() && !is_complex<D>              
                              : is_complex<S> || is_complex<D> || !std::is_integral_v<D> ? 4.0
                                                                                         : 5.0;
 
-// What of an element is held against the range of D: a floating value is rounded first, halves up.
+// What of an element is held against the range of D. Floating values are rounded to floor(x + 0.5), of which
+// this is x + 0.5: the limits are whole numbers, so the floor may come after the tests.
 template <class D, class S>
 constexpr auto measured(S x) {
   if constexpr (std::is_floating_point_v<S> && std::is_integral_v<D>)
-    return std::floor(double{x} + 0.5);
+    return double{x} + 0.5;
   else
     return x;
 }
@@ -70,22 +70,36 @@ template <class D, class V>
 constexpr bool fits(V v) {
   if constexpr (is_complex<V>)
     return v.im == 0.0;
+  else if constexpr (std::is_integral_v<D> && std::is_floating_point_v<V>)
+    return v >= lowest_of<D, V> && v < highest_of<D, V> + 1.0;  // of the floor; not so for NaN
   else if constexpr (std::is_integral_v<D>)
-    return v >= lowest_of<D, V> && v <= highest_of<D, V>;  // not so for NaN
+    return v >= lowest_of<D, V> && v <= highest_of<D, V>;
   else
     return !(v > flt_limit || v < -flt_limit);  // NaN stays NaN
 }
 
-// What fits as it is, anything else as the limit on its side; a NaN among integers as the lowest.
+// The floor of a number within the range of D, by the conversions that vector units have.
+template <class D>
+constexpr D floor_to(double v) {
+  if constexpr (std::is_same_v<D, std::uint32_t>) {
+    return static_cast<std::uint32_t>(v);
+  } else {
+    const auto cut = static_cast<std::int32_t>(v);
+    return static_cast<D>(std::is_signed_v<D> && cut > v ? cut - 1 : cut);
+  }
+}
+
+// What fits as it is, anything else as the limit on its side; a NaN among integers as the lowest. The two
+// comparisons are those of the minimum and maximum instructions.
 template <class D, class V>
 constexpr D clipped(V v) {
   if constexpr (is_complex<V>) {
     return v.re;
   } else if constexpr (std::is_integral_v<D>) {
-    const V raised = v >= lowest_of<D, V> ? v : lowest_of<D, V>;
-    const V limited = raised <= highest_of<D, V> ? raised : highest_of<D, V>;
-    if constexpr (std::is_floating_point_v<V> && sizeof(D) < sizeof(std::int32_t))
-      return static_cast<D>(static_cast<std::int32_t>(limited));  // the conversion that vector units have
+    const V raised = v > lowest_of<D, V> ? v : lowest_of<D, V>;
+    const V limited = raised < highest_of<D, V> ? raised : highest_of<D, V>;
+    if constexpr (std::is_floating_point_v<V>)
+      return floor_to<D>(limited);
     else
       return static_cast<D>(limited);
   } else {

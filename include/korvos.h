@@ -12,5 +12,15 @@
 #include "korvos/core/ut_intrp.h"
 #include "korvos/core/ut_rand.h"
 #include "korvos/host/korvos.h"
+#include "korvos/image/img_io.h"
+#include "korvos/image/img_pttr.h"
+#include "korvos/matrix/mat_arit.h"
+#include "korvos/matrix/mat_assn.h"
+#include "korvos/matrix/mat_cast.h"
+#include "korvos/matrix/mat_io.h"
+#include "korvos/matrix/mat_summ.h"
+#include "korvos/matrix/mat_tile.h"
+#include "korvos/segment/img_conv.h"
+#include "korvos/signal/sig_conv.h"
 
 #endif

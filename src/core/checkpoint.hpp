@@ -1,6 +1,7 @@
 // The cost tally and the next checkpoint of one routine.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 #include "core/code.hpp"
@@ -30,11 +31,13 @@ class checkpoint {
   }
 
   // How many of the next steps of this cost a kernel may do in one strip, at least 1 and at most limit: all but
-  // the last of them certainly pass without a poll, so add_strip() polls just where single steps would. The
-  // margin keeps that certain when costs are not whole numbers and sums round.
+  // the last of them certainly pass without a poll, so add_strip() polls just where single steps would. No sum
+  // up to `end` rounds up by as much as end * 2^-52, which is added to the cost of a step; the last factor
+  // covers the division.
   [[nodiscard]] std::int32_t strip(double cost, std::int32_t limit) const {
     if (cost == 0.0) return next_ < tally_ ? 1 : limit;
-    const double unpolled = (next_ - tally_) / cost * (1.0 - 1e-12);
+    const double end = std::min(next_, tally_ + cost * limit);
+    const double unpolled = (end - tally_) / (cost + end * 0x1p-52) * (1.0 - 1e-12);
     if (!(unpolled >= 1.0)) return 1;
     return unpolled < limit - 1 ? static_cast<std::int32_t>(unpolled) + 1 : limit;
   }

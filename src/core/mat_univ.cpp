@@ -20,19 +20,21 @@ void set_shape(M* mat, std::int32_t nrow, std::int32_t ncol) {
 }
 
 // Plain 32 bits, as hosts know it: a count that wraps to 0 or below is the allocator's to refuse.
-template <class M>
-std::int32_t byte_count(const M* mat) {
-  return product(mat->nelem, static_cast<std::int32_t>(sizeof(element<M>)));
+template <class T>
+std::int32_t byte_count(std::int32_t nelem) {
+  return product(nelem, static_cast<std::int32_t>(sizeof(T)));
 }
 
-template <class M>
+// Makes a typed record, or a universal one, a matrix of T. A byte count that is refused leaves `data` as it
+// was.
+template <class T, class M>
 code malloc_matrix(M* mat, std::int32_t nrow, std::int32_t ncol) {
   if (!mat) return KORVO_ERR_NULL_POINTER;
   if (nrow < 1 || ncol < 1) return KORVO_ERR_ILLEGAL_SIZE;
   set_shape(mat, nrow, ncol);
   void* buffer = nullptr;
-  const code result = korvo_malloc(byte_count(mat), &buffer);
-  mat->data = static_cast<element<M>*>(buffer);
+  const code result = korvo_malloc(byte_count<T>(mat->nelem), &buffer);
+  if (result != KORVO_ERR_ILLEGAL_VALUE) mat->data = static_cast<decltype(mat->data)>(buffer);
   return result;
 }
 
@@ -43,7 +45,7 @@ code realloc_matrix(M* mat, std::int32_t nrow, std::int32_t ncol) {
   if (nrow < 1 || ncol < 1) return KORVO_ERR_ILLEGAL_SIZE;
   set_shape(mat, nrow, ncol);
   void* buffer = mat->data;
-  const code result = korvo_realloc(&buffer, byte_count(mat));
+  const code result = korvo_realloc(&buffer, byte_count<element<M>>(mat->nelem));
   mat->data = static_cast<element<M>*>(buffer);
   return result;
 }
@@ -85,7 +87,7 @@ code change(_univ_mat* mat, F form) {
 using namespace korvo;
 
 #define MALLOC(name, M) \
-  code name(M* mat, int32_t nrow, int32_t ncol) { return malloc_matrix(mat, nrow, ncol); }
+  code name(M* mat, int32_t nrow, int32_t ncol) { return malloc_matrix<element<M>>(mat, nrow, ncol); }
 #define REALLOC(name, M) \
   code name(M* mat, int32_t nrow, int32_t ncol) { return realloc_matrix(mat, nrow, ncol); }
 #define FREE(name, M) \
@@ -144,13 +146,7 @@ WRAP(matdbl_wrap_data, _dbl_mat, double)
 code matuniv_malloc(_univ_mat* mat, int32_t nrow, int32_t ncol, _korvo_type type) {
   if (!mat) return KORVO_ERR_NULL_POINTER;
   mat->type = type;
-  // The old fields of an unset record are not read, only those that malloc has written are handed back.
-  return dispatch(type, all_records{}, [&]<class M> {
-    M typed{};
-    const code result = malloc_matrix(&typed, nrow, ncol);
-    if (result != KORVO_ERR_ILLEGAL_SIZE) give_back(typed, mat);
-    return result;
-  });
+  return dispatch(type, all_records{}, [&]<class M> { return malloc_matrix<element<M>>(mat, nrow, ncol); });
 }
 
 code matuniv_realloc(_univ_mat* mat, int32_t nrow, int32_t ncol) {

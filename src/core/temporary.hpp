@@ -12,8 +12,10 @@
 
 namespace korvo {
 
-// Bytes sized in 64 bits. What does not fit the allocator's 32 bits cannot be had: KORVO_ERR_MALLOC.
+// Bytes sized in 64 bits. What does not fit the allocator's 32 bits cannot be had: KORVO_ERR_MALLOC. A count
+// below 1 is refused before it could wrap to a good one.
 [[nodiscard]] inline code allocate(std::int64_t count, std::int64_t element_size, void** ptr) {
+  if (count < 1) return KORVO_ERR_ILLEGAL_VALUE;
   if (count > largest_size / element_size) return KORVO_ERR_MALLOC;
   return korvo_malloc(static_cast<std::int32_t>(count * element_size), ptr);
 }

@@ -25,6 +25,7 @@ code matuniv_range(const _univ_mat* in, void* intrp_ptr, _univ_scalar* minimum, 
   if (!in || !minimum || !maximum) return KORVO_ERR_NULL_POINTER;
   return dispatch(in->type, real_records{}, [&]<class M> {
     const M from = as<M>(*in);
+    TRY(valid(&from));  // after that the range is found, even if the host then stops the call
     element<M> least{};
     element<M> greatest{};
     const code result = range(&from, intrp_ptr, &least, &greatest);

@@ -19,12 +19,21 @@ struct call_row {
 };
 using call_rows = std::vector<call_row>;
 
+// For test reports.
+inline void PrintTo(const call_row& row, std::ostream* out) { *out << row.name; }
+
 // The rows of each module, in files of their own.
 call_rows core_calls();
 call_rows mat_assn_calls();
 call_rows mat_cast_calls();
 call_rows mat_arit_calls();
 call_rows mat_summ_calls();
+call_rows mat_io_calls();
+call_rows mat_tile_calls();
+call_rows img_pttr_calls();
+call_rows img_io_calls();
+call_rows sig_conv_calls();
+call_rows img_conv_calls();
 
 const call_rows& all_calls();
 

@@ -10,11 +10,11 @@
 
 #include "core/element.hpp"
 
-namespace korvo {
-
 inline bool operator==(const korvo_dcomplex& a, const korvo_dcomplex& b) {
   return a.re == b.re && a.im == b.im;
 }
+
+namespace korvo {
 
 // A number as an element: for cpx the real part, with an imaginary part to tell it from others.
 template <class T>

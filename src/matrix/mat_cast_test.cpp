@@ -1,0 +1,253 @@
+#include "korvos/matrix/mat_cast.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <cstring>
+
+#include "tests/support/costs.hpp"
+#include "tests/support/fenced.hpp"
+#include "tests/support/forms.hpp"
+#include "tests/support/levels.hpp"
+
+namespace {
+
+using namespace korvo;
+
+constexpr double inf = std::numeric_limits<double>::infinity();
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+
+template <class D>
+struct verdict {
+  D value;  // clipped, where it does not fit
+  bool fits;
+};
+
+// The rule of casts, an element at a time.
+template <class D, class S>
+verdict<D> rule(S x) {
+  if constexpr (std::is_same_v<S, korvo_dcomplex>) {
+    return {x.re, x.im == 0.0};
+  } else if constexpr (std::is_same_v<D, korvo_dcomplex>) {
+    return {{x, 0.0}, true};
+  } else if constexpr (std::is_integral_v<D>) {
+    const long double high = std::ldexp(1.0L, std::numeric_limits<D>::digits) - 1.0L;
+    const long double low = std::is_signed_v<D> ? -high : 0.0L;
+    const long double r = std::is_integral_v<S> ? static_cast<long double>(x) : std::floor(double(x) + 0.5);
+    if (!(r >= low)) return {static_cast<D>(low), false};  // NaN too
+    return {static_cast<D>(std::min(r, high)), r <= high};
+  } else if constexpr (std::is_same_v<S, double>) {
+    if (x > 1e37 || x < -1e37) return {std::bit_cast<float>(x > 0 ? 0x7CF0BDC2 : 0xFCF0BDC2), false};
+    return {static_cast<float>(x), true};
+  } else {
+    return {static_cast<D>(x), true};
+  }
+}
+
+// Numbers at the limits of all types, beside them, and beyond.
+template <class S>
+std::vector<S> samples() {
+  std::vector<double> numbers = {inf,
+                                 -inf,
+                                 nan,
+                                 -0.0,
+                                 5e-324,
+                                 -5e-324,
+                                 0.49999999999999994,
+                                 4503599627370497.5,
+                                 1e37,
+                                 -1e37,
+                                 2e37,
+                                 -3e38,
+                                 1e-45,
+                                 std::nextafter(1e37, inf),
+                                 std::nextafter(-1e37, -inf)};
+  for (const double limit : {0.0, 255.0, 32767.0, 65535.0, 2147483647.0, 4294967295.0, -32767.0, -2147483647.0})
+    for (const double step : {-2.0, -1.0, -0.6, -0.5, -0.4, 0.0, 0.4, 0.5, 1.0, 2.0})
+      for (const double x : {limit + step, std::nextafter(limit + step, -inf)}) numbers.push_back(x);
+  std::vector<S> all;
+  for (const double x : numbers)
+    if constexpr (std::is_same_v<S, korvo_dcomplex>)
+      all.insert(all.end(), {{x, 0.0}, {x, -0.0}, {x, 1.0}, {x, nan}, {x, 5e-324}});
+    else if constexpr (std::is_floating_point_v<S>)
+      all.push_back(static_cast<S>(x));
+    else if (std::trunc(x) == x && x >= double{std::numeric_limits<S>::min()} &&
+             x <= double{std::numeric_limits<S>::max()})
+      all.push_back(static_cast<S>(x));
+  return all;
+}
+
+// All bits, but any NaN for a NaN.
+template <class T>
+bool same_bits(const T& a, const T& b) {
+  if constexpr (std::is_floating_point_v<T>)
+    if (std::isnan(a) && std::isnan(b)) return true;
+  return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+template <class M_, class N_>
+struct pair_of {
+  using M = M_;
+  using N = N_;
+};
+template <class M, class N>
+pair_of<M, N> records_of(_korvo_errcode (*)(const M*, std::uint8_t, void*, N*));
+template <class M, class N>
+pair_of<M, N> records_of(_korvo_errcode (*)(const M*, void*, N*));
+
+template <auto cast>
+class cast_under_test {
+  using M = typename decltype(records_of(cast))::M;
+  using N = typename decltype(records_of(cast))::N;
+  using S = element<M>;
+  using D = element<N>;
+
+ public:
+  void expect_rule() {
+    const std::vector<S> all = samples<S>();
+    std::vector<S> fitting;
+    std::vector<S> misfits;
+    for (const S& x : all) (rule<D>(x).fits ? fitting : misfits).push_back(x);
+    for (std::size_t i = 0; i < all.size(); ++i)
+      for (const int clip : {0, 2}) expect_run(from(all, 1, i), clip);
+    for (const std::size_t count : {2U, 3U, 7U, 8U, 9U, 15U, 17U, 31U, 33U, 63U, 65U, 130U}) {
+      expect_run(from(all, count, count * 5), 1);
+      expect_run(from(fitting, count, count * 5), 0);
+    }
+    for (const std::size_t offender : {0U, 2047U, 2048U, 5000U})
+      for (std::size_t i = 0; i < misfits.size(); i += 7) {
+        std::vector<S> numbers = from(fitting, 5003, i);
+        numbers[offender] = misfits[i];
+        expect_run(numbers, 0);
+      }
+  }
+
+ private:
+  static std::vector<S> from(const std::vector<S>& list, std::size_t count, std::size_t first) {
+    std::vector<S> numbers;
+    for (std::size_t i = first; i < first + count; ++i) numbers.push_back(list[i % list.size()]);
+    return numbers;
+  }
+
+  // Casts a row of numbers, off the alignment of vectors: up to the first that does not fit, unless it clips.
+  void expect_run(const std::vector<S>& numbers, int clip) {
+    const auto n = static_cast<std::int32_t>(numbers.size());
+    fenced<M> in(1, n);
+    fenced<N> out(1, n);
+    std::copy(numbers.begin(), numbers.end(), in.data);
+    fake_host host;
+    const _korvo_errcode result = call(cast, &in, static_cast<std::uint8_t>(clip), host.intrp_ptr(), &out);
+    bool stopped = false;
+    for (std::int32_t i = 0; i < n; ++i) {
+      const verdict<D> expected = rule<D>(in.data[i]);
+      stopped = stopped || (!expected.fits && clip == 0);
+      ASSERT_TRUE(same_bits(out.data[i], stopped ? out.post() : expected.value))
+          << "element " << i << " of " << n << ", clip " << clip;
+    }
+    EXPECT_EQ(result, stopped ? KORVO_ERR_OVERFLOW : KORVO_ERR_OK);
+    EXPECT_EQ(host.polls(), stopped ? 0 : 1);
+    EXPECT_TRUE(out.fences_stand());
+  }
+  static _korvo_errcode call(_korvo_errcode (*f)(const M*, std::uint8_t, void*, N*), const M* in,
+                             std::uint8_t clip, void* intrp_ptr, N* out) {
+    return f(in, clip, intrp_ptr, out);
+  }
+  static _korvo_errcode call(_korvo_errcode (*f)(const M*, void*, N*), const M* in, std::uint8_t,
+                             void* intrp_ptr, N* out) {
+    return f(in, intrp_ptr, out);
+  }
+};
+
+TEST(Cast, FollowsTheRuleAtEachLevel) {
+  each_level([] {
+    each_form<matu16_cast_to_u8, matu16_cast_to_s16, matu32_cast_to_u8, matu32_cast_to_u16, matu32_cast_to_s16,
+              matu32_cast_to_s32, mats16_cast_to_u8, mats16_cast_to_u16, mats16_cast_to_u32, mats32_cast_to_u8,
+              mats32_cast_to_u16, mats32_cast_to_u32, mats32_cast_to_s16, matflt_cast_to_u8, matflt_cast_to_u16,
+              matflt_cast_to_u32, matflt_cast_to_s16, matflt_cast_to_s32, matdbl_cast_to_u8, matdbl_cast_to_u16,
+              matdbl_cast_to_u32, matdbl_cast_to_s16, matdbl_cast_to_s32, matdbl_cast_to_flt,
+              matcpx_cast_to_dbl, matu8_cast_to_u16, matu8_cast_to_u32, matu8_cast_to_s16, matu8_cast_to_s32,
+              matu8_cast_to_flt, matu8_cast_to_dbl, matu16_cast_to_u32, matu16_cast_to_s32, matu16_cast_to_flt,
+              matu16_cast_to_dbl, matu32_cast_to_flt, matu32_cast_to_dbl, mats16_cast_to_s32,
+              mats16_cast_to_flt, mats16_cast_to_dbl, mats32_cast_to_flt, mats32_cast_to_dbl,
+              matflt_cast_to_dbl, matflt_cast_to_cpx, matdbl_cast_to_cpx>(
+        []<auto cast> { cast_under_test<cast>().expect_rule(); });
+  });
+}
+
+TEST(Cast, RoundsHalvesUpAndComparesWhatIsRounded) {
+  const dbl_matrix in(1, 9, {-0.4, -0.5, 2.5, 255.4, 255.5, -0.6, -2.5, -32768.0, nan});
+  u8_matrix bytes(1, 9);
+  s16_matrix shorts(1, 9);
+  EXPECT_EQ(matdbl_cast_to_u8(&in, 0, nullptr, &bytes), KORVO_ERR_OVERFLOW);
+  EXPECT_EQ(bytes.elements(), u8_matrix(1, 9, {0, 0, 3, 255}).elements());
+  EXPECT_EQ(matdbl_cast_to_s16(&in, 1, nullptr, &shorts), KORVO_ERR_OK);
+  EXPECT_EQ(shorts.elements(), s16_matrix(1, 9, {0, 0, 3, 255, 256, -1, -2, -32767, -32767}).elements());
+  const _dbl_mat no_data = {1, 9, 9, nullptr};
+  _u8_mat no_rows = {0, 3, 0, nullptr};
+  u8_matrix turned(9, 1);
+  EXPECT_EQ(matdbl_cast_to_u8(&no_data, 0, nullptr, &no_rows), KORVO_ERR_NULL_POINTER);
+  EXPECT_EQ(matdbl_cast_to_u8(&in, 0, nullptr, &no_rows), KORVO_ERR_ILLEGAL_SIZE);
+  EXPECT_EQ(matdbl_cast_to_u8(&in, 0, nullptr, &turned), KORVO_ERR_ILLEGAL_SIZE) << "before any element";
+}
+
+TEST(UniversalCast, HasThePairsOfTheTable) {
+  const char* const table[] = {"y.yyyyyy.", ".........", "y.yyyyyy.", "y.yyyyyy.", "y.yyyyyy.",
+                               "y.yyyyyy.", "y.yyyyyyy", "y.yyyyyyy", ".......y."};  // [from][to]
+  double from[2] = {};
+  double to[2] = {};
+  for (int s = -1; s <= 9; ++s)
+    for (int d = -1; d <= 9; ++d) {
+      const _univ_mat in = {1, 1, 1, from, static_cast<_korvo_type>(s)};
+      _univ_mat out = {1, 1, 1, to, static_cast<_korvo_type>(d)};
+      const bool exists = s >= 0 && s <= 8 && d >= 0 && d <= 8 && table[s][d] == 'y';
+      EXPECT_EQ(matuniv_cast(&in, 0, nullptr, &out), exists ? KORVO_ERR_OK : KORVO_ERR_ILLEGAL_TYPE) << s << d;
+      EXPECT_EQ(matuniv_cast(nullptr, 0, nullptr, &out), KORVO_ERR_NULL_POINTER);
+      EXPECT_EQ(matuniv_cast(&in, 0, nullptr, nullptr), KORVO_ERR_NULL_POINTER);
+    }
+  const s16_matrix lowest(1, 1, -32768);
+  s16_matrix copy(1, 1);
+  const _univ_mat source = lowest.universal();
+  _univ_mat destination = copy.universal();
+  EXPECT_EQ(matuniv_cast(&source, 0, nullptr, &destination), KORVO_ERR_OK);
+  EXPECT_EQ(copy(0, 0), -32768) << "a copy has no range test";
+}
+
+TEST(Complex, IsPutTogetherAndTakenApart) {
+  dbl_matrix real(1, 2, {1, 2});
+  dbl_matrix imag(1, 2, {3, 4});
+  dbl_matrix other(2, 1);
+  const _dbl_mat no_data = {1, 2, 2, nullptr};
+  cpx_matrix out(1, 2, korvo_dcomplex{7, 7});
+  const auto make = [&](const _dbl_mat* re, const _dbl_mat* im) {
+    return matdbl_to_complex(re, im, nullptr, &out);
+  };
+  const auto parts = [&](double a, double b, double c, double d) {
+    return out(0, 0) == korvo_dcomplex{a, b} && out(0, 1) == korvo_dcomplex{c, d};
+  };
+  EXPECT_EQ(make(nullptr, nullptr), KORVO_ERR_NULL_POINTER);
+  EXPECT_EQ(make(&real, &no_data), KORVO_ERR_NULL_POINTER);
+  EXPECT_EQ(make(&real, &other), KORVO_ERR_ILLEGAL_SIZE);
+  EXPECT_EQ(make(&other, &other), KORVO_ERR_ILLEGAL_SIZE);
+  EXPECT_TRUE(parts(7, 7, 7, 7));
+  EXPECT_EQ(make(nullptr, &other), KORVO_ERR_ILLEGAL_SIZE);
+  EXPECT_TRUE(parts(0, 7, 0, 7)) << "the real parts have been cleared by then";
+  EXPECT_EQ(make(nullptr, &imag), KORVO_ERR_OK);
+  EXPECT_TRUE(parts(0, 3, 0, 4));
+  EXPECT_EQ(make(&real, nullptr), KORVO_ERR_OK);
+  EXPECT_TRUE(parts(1, 0, 2, 0));
+  EXPECT_EQ(make(&real, &imag), KORVO_ERR_OK);
+  EXPECT_TRUE(parts(1, 3, 2, 4));
+  expect_tallies([&](void* host) { return matdbl_to_complex(&real, &imag, host, &out); }, {2.0, 4.0});
+  dbl_matrix re(1, 2);
+  dbl_matrix im(1, 2);
+  EXPECT_EQ(matcpx_to_double(&out, nullptr, nullptr, nullptr), KORVO_ERR_NULL_POINTER);
+  EXPECT_EQ(matcpx_to_double(&out, nullptr, &re, &other), KORVO_ERR_ILLEGAL_SIZE);
+  EXPECT_EQ(re.elements(), real.elements()) << "the first part has been taken by then";
+  EXPECT_EQ(matcpx_to_double(&out, nullptr, &other, &im), KORVO_ERR_ILLEGAL_SIZE);
+  EXPECT_EQ(matcpx_to_double(&out, nullptr, nullptr, &im), KORVO_ERR_OK);
+  EXPECT_EQ(im.elements(), imag.elements());
+  expect_tallies([&](void* host) { return matcpx_to_double(&out, host, &re, &im); }, {4.0, 4.0});
+}
+
+}  // namespace

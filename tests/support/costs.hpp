@@ -1,0 +1,45 @@
+// The stated costs of a routine, seen through its polls.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "tests/support/host.hpp"
+
+// The polls of a tally that takes these values one after another, each tested.
+inline int polls_of(const std::vector<double>& tallies, double distance) {
+  int polls = 0;
+  double next = 0.0;
+  for (const double tally : tallies) {
+    if (!(next < tally)) continue;
+    ++polls;
+    next += distance;
+  }
+  return polls;
+}
+
+// Calls call(intrp_ptr) with distances between polls that tell the stated tallies from others: every test
+// polls, and polls that are just due, just not due, or rare. `tallies` are those of the routine after each
+// piece of work, and `before` those of a routine that it calls first.
+template <class Call>
+void expect_tallies(Call call, const std::vector<double>& tallies, const std::vector<double>& before = {}) {
+  std::vector<double> distances = {1e-9, 1e7};
+  for (const double tally : tallies)
+    for (const double share : {1.0, 0.5, 1.0 / 3.0})
+      for (const double nudge : {0.999, 1.0, 1.001}) distances.push_back(tally * share * nudge);
+  for (const double distance : distances) {
+    const threshold set(distance);
+    fake_host host;
+    EXPECT_EQ(call(host.intrp_ptr()), KORVO_ERR_OK);
+    EXPECT_EQ(host.polls(), polls_of(before, distance) + polls_of(tallies, distance))
+        << "with " << distance << " between polls";
+  }
+}
+
+// The tallies of `steps` pieces of work of one cost.
+inline std::vector<double> steps_of(int steps, double cost) {
+  std::vector<double> tallies;
+  for (int i = 1; i <= steps; ++i) tallies.push_back(i * cost);
+  return tallies;
+}

@@ -30,7 +30,7 @@ static_assert(offsetof(_mat_set, dims) == sizeof(void*) && offsetof(_mat_set, nm
  *  - KORVO_ERR_ILLEGAL_SIZE: `ndim` or a dimension is below 1, or there would be more than 2147483647 matrices.
  *  - KORVO_ERR_MALLOC: no memory.
  *
- *  After a failure nothing stays allocated. */
+ *  After a failure nothing stays allocated, and the record is as it was. */
 KORVO_API _korvo_errcode matset_malloc(_mat_set* set, int32_t ndim, const int32_t* dims);
 
 /** Allocates every matrix of a set, all of one shape and type, in order.

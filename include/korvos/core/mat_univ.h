@@ -142,7 +142,7 @@ static_assert(offsetof(_cpx_mat, data) == 16 && sizeof(_cpx_mat) == 16 + sizeof(
  *  - KORVO_ERR_NULL_POINTER: `mat` is null.
  *  - KORVO_ERR_ILLEGAL_SIZE: `nrow` or `ncol` is below 1; the record is not written.
  *  - KORVO_ERR_ILLEGAL_TYPE: (universal) `type` is KORVO_SINT8 or no type; only the type has been written.
- *  - KORVO_ERR_ILLEGAL_VALUE: the byte count wraps to 0 or below.
+ *  - KORVO_ERR_ILLEGAL_VALUE: the byte count wraps to 0 or below; `data` is as it was.
  *  - KORVO_ERR_MALLOC: no memory; `data` is null. */
 /** @{ */
 KORVO_API _korvo_errcode matu8_malloc(_u8_mat* mat, int32_t nrow, int32_t ncol);
@@ -163,9 +163,9 @@ KORVO_API _korvo_errcode matuniv_malloc(_univ_mat* mat, int32_t nrow, int32_t nc
  *  - KORVO_ERR_NULL_POINTER, KORVO_ERR_ILLEGAL_SIZE: the matrix is not valid; nothing has changed.
  *  - KORVO_ERR_ILLEGAL_TYPE: (universal) `type` of the matrix is KORVO_SINT8 or no type.
  *  - KORVO_ERR_ILLEGAL_SIZE: `nrow` or `ncol` is below 1; nothing has changed.
- *  - KORVO_ERR_ILLEGAL_VALUE: the byte count wraps to 0 or below, as in malloc.
- *  - KORVO_ERR_MALLOC: no memory. `data` is still the old buffer and the record states the new size, so the
- *    matrix is good for `free` only. */
+ *  - KORVO_ERR_ILLEGAL_VALUE, KORVO_ERR_MALLOC: the byte count wraps to 0 or below, as in malloc; no memory.
+ *    `data` is still the old buffer and the record states the new size, so the matrix is good for `free` only.
+ */
 /** @{ */
 KORVO_API _korvo_errcode matu8_realloc(_u8_mat* mat, int32_t nrow, int32_t ncol);
 KORVO_API _korvo_errcode matu16_realloc(_u16_mat* mat, int32_t nrow, int32_t ncol);
@@ -222,7 +222,7 @@ KORVO_API _korvo_errcode matuniv_validate(const _univ_mat* mat);
  *  The typed forms fill the record and then return what `validate` says of it. `matuniv_wrap_data` looks at
  *  less: not at the sizes, and it takes KORVO_SINT8.
  *
- *  - KORVO_ERR_NULL_POINTER: `mat` or `data` is null.
+ *  - KORVO_ERR_NULL_POINTER: `mat` or `data` is null; the universal form then writes nothing.
  *  - KORVO_ERR_ILLEGAL_SIZE: (typed) `nrow` or `ncol` is below 1, or their product is too large.
  *  - KORVO_ERR_ILLEGAL_VALUE: (universal) `type` is outside 0 to 8; it has been written. */
 /** @{ */

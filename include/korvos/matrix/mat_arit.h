@@ -4,8 +4,9 @@
  *  Integers wrap in their width, with no saturation and no error; only casts test ranges. There are no forms
  *  for cpx.
  *
- *  Typed forms validate `a`, then `b`, then `out` (codes of `validate`). In universal forms the type of `out`
- *  decides: an operand of another type is cast to it first, in a temporary, without clipping.
+ *  Typed forms validate `a`, then `b`, then `out` (codes of `validate`), unless they say otherwise. In
+ *  universal forms the type of `out` decides: an operand of another type is cast to it first, in a temporary,
+ *  without clipping.
  *
  *  - KORVO_ERR_NULL_POINTER: a matrix is null.
  *  - KORVO_ERR_ILLEGAL_TYPE: a floating operand and an integer `out`, a cast that does not exist, or no form.
@@ -103,7 +104,7 @@ KORVO_API _korvo_errcode matuniv_multiply(const _univ_mat* a, const _univ_mat* b
  *  - KORVO_ERR_ILLEGAL_TYPE: (universal) the scalar or `out` is cpx; the scalar is floating and `out` is not;
  *    or the scalar is out of the range that casts have for the type of `out`. This is no overflow.
  *
- *  `out` may be the buffer of `a` or of `b`; otherwise they do not overlap. Cost 3 * `nelem`, polled once,
+ *  `out` may be the buffer of `a`; otherwise they do not overlap. Cost 3 * `nelem`, polled once,
  *  after the work: `out` is complete even if the answer is KORVO_ERR_INTERRUPT.
  *  - KORVO_ERR_ILLEGAL_SIZE: the shapes differ. */
 /** @{ */
@@ -125,7 +126,7 @@ KORVO_API _korvo_errcode matuniv_add_scalar(const _univ_mat* a, _univ_scalar sca
  *  - KORVO_ERR_ILLEGAL_TYPE: (universal) the scalar or `out` is cpx; the scalar is floating and `out` is not;
  *    or the scalar is out of the range that casts have for the type of `out`. This is no overflow.
  *
- *  `out` may be the buffer of `a` or of `b`; otherwise they do not overlap. Cost 3 * `nelem`, polled once,
+ *  `out` may be the buffer of `a`; otherwise they do not overlap. Cost 3 * `nelem`, polled once,
  *  after the work: `out` is complete even if the answer is KORVO_ERR_INTERRUPT.
  *  - KORVO_ERR_ILLEGAL_SIZE: the shapes differ. */
 /** @{ */
@@ -148,10 +149,11 @@ KORVO_API _korvo_errcode matuniv_multiply_scalar(const _univ_mat* a, _univ_scala
 
 /** @name abs
  *  out = |a|, element by element. The lowest number of s16 and s32 has no counterpart and stays; so does -0.0.
- *  The universal form takes no operand of another type than `out`, and copies unsigned matrices.
+ *  The universal form casts nothing: it copies unsigned matrices by assign, at its cost.
  *
- *  `out` may be the buffer of `a` or of `b`; otherwise they do not overlap. Cost 3 * `nelem`, polled once,
+ *  `out` may be the buffer of `a`; otherwise they do not overlap. Cost 3 * `nelem`, polled once,
  *  after the work: `out` is complete even if the answer is KORVO_ERR_INTERRUPT.
+ *  - KORVO_ERR_ILLEGAL_TYPE: (universal) the types differ, or are cpx.
  *  - KORVO_ERR_ILLEGAL_SIZE: the shapes differ. */
 /** @{ */
 KORVO_API _korvo_errcode mats16_abs(const _s16_mat* a, void* intrp_ptr, _s16_mat* out);
@@ -166,7 +168,9 @@ KORVO_API _korvo_errcode matuniv_abs(const _univ_mat* a, void* intrp_ptr, _univ_
  *  all in binary64, and cut towards 0 for integer types. The factor is 0 for a constant matrix, which so
  *  becomes `new_minimum`.
  *
- *  Universal form: `a` and both scalars must have the type of `out`. Polls as the range of `a` does.
+ *  `out` may be the buffer of `a`; otherwise they do not overlap. Validates `out` first, then finds the range
+ *  of `a`, whose poll is the only one.
+ *  - KORVO_ERR_ILLEGAL_TYPE: (universal) `a` or a scalar has another type than `out`; nothing is cast.
  *  - KORVO_ERR_ILLEGAL_SIZE: the shapes differ.
  *  - KORVO_ERR_ILLEGAL_VALUE: `new_maximum` is below `new_minimum`, or one of them is NaN. */
 /** @{ */

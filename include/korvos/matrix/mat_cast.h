@@ -122,20 +122,21 @@ KORVO_API _korvo_errcode matflt_cast_to_cpx(const _flt_mat* in, void* intrp_ptr,
 KORVO_API _korvo_errcode matdbl_cast_to_cpx(const _dbl_mat* in, void* intrp_ptr, _cpx_mat* out);
 /** @} */
 
-/** out = real + i imag. One of the two may be null, which means 0 throughout. They are not validated, only
- *  compared for shape, and a null `data` in them counts as no pointer.
+/** out = real + i imag. One of the two may be null, which means 0 throughout. `out` is validated; they are not,
+ *  only compared for shape, and a null `data` in them counts as no pointer.
  *
- *  Polled twice, with a tally of `nelem` and of 2 * `nelem`.
+ *  Polled twice, after the real parts with a tally of `nelem` and at the end with 2 * `nelem`.
  *  - KORVO_ERR_NULL_POINTER: both are null, or one that is given has no data.
- *  - KORVO_ERR_ILLEGAL_SIZE: the shapes differ. */
+ *  - KORVO_ERR_ILLEGAL_SIZE: the shapes differ. If only `imag` is given, the real parts are 0 by then. */
 KORVO_API _korvo_errcode matdbl_to_complex(const _dbl_mat* real, const _dbl_mat* imag, void* intrp_ptr,
                                            _cpx_mat* out);
 
-/** Takes a complex matrix apart. One of `real` and `imag` may be null. They are compared for shape with `in`.
+/** Takes a complex matrix apart. One of `real` and `imag` may be null. `in` is validated; they are not, only
+ *  compared for shape with it.
  *
  *  Polled twice, with a tally of 2 * `nelem` both times, so that the second normally does not fire.
  *  - KORVO_ERR_NULL_POINTER: both are null, or one that is given has no data.
- *  - KORVO_ERR_ILLEGAL_SIZE: a shape differs. */
+ *  - KORVO_ERR_ILLEGAL_SIZE: a shape differs. The real parts have been taken if it is that of `imag`. */
 KORVO_API _korvo_errcode matcpx_to_double(const _cpx_mat* in, void* intrp_ptr, _dbl_mat* real, _dbl_mat* imag);
 
 KORVO_END_DECLARATIONS

@@ -13,7 +13,8 @@ KORVO_BEGIN_DECLARATIONS
  *  The universal form gives scalars of the type of `in`.
  *
  *  Cost 3 * `nelem`, polled once, after the work; the results are set before the poll.
- *  - KORVO_ERR_NULL_POINTER: `minimum` or `maximum` is null; or the codes of `validate`, which come first.
+ *  - KORVO_ERR_NULL_POINTER: `minimum` or `maximum` is null. The codes of `validate` come first in the typed
+ *    forms, and after it in the universal one; the results are then not written.
  *  - KORVO_ERR_ILLEGAL_TYPE: (universal) there is no form for the type: cpx. */
 /** @{ */
 KORVO_API _korvo_errcode matu8_range(const _u8_mat* in, void* intrp_ptr, uint8_t* minimum, uint8_t* maximum);

@@ -189,7 +189,7 @@ TEST(Pnm, ReadsWhatAHeaderSays) {
       {"P1 2 1\n#\n1 # 1\n0", {KORVO_UINT8, 1, 2, {0, 255}}},
   };
   for (const auto& file : files) EXPECT_EQ(read(file.text), file.expected) << file.text;
-  for (const std::size_t length : {97, 98, 99, 100, 197, 198, 199, 1000}) {
+  for (const std::size_t length : {97U, 98U, 99U, 100U, 197U, 198U, 199U, 1000U}) {
     std::string comment(length + 1, '5');
     comment.front() = '#';
     comment.back() = '\n';

@@ -84,10 +84,11 @@ TEST(MatIoFaults, StreamsThatFail) {
 // The runtime counts what reached the buffer of a stream as written, even if it could not be written out.
 TEST(MatIoFaults, BuffersThatCannotBeWrittenOut) {
   const u8_matrix mat(1, 3);
-  fault_stream list({}, 1, _IOLBF);
-  fault_stream lines({}, 1, _IOLBF);
-  EXPECT_EQ(matu8_write_ascii(list.get(), &mat, nullptr, 70, nullptr), KORVO_ERR_IO);
+  fault_stream list({}, 2, _IOLBF);
+  fault_stream lines({}, 2, _IOLBF);
+  EXPECT_EQ(matu8_write_ascii(list.get(), &mat, nullptr, 5, nullptr), KORVO_ERR_IO);
   EXPECT_EQ(matu8_print(lines.get(), &mat, nullptr, 0, nullptr), KORVO_ERR_IO);
+  EXPECT_EQ(matu8_print(lines.get(), &mat, nullptr, 0, nullptr), KORVO_ERR_IO);  // its indicator is still set
 }
 
 TEST(MatIoLocale, OfTheHostChangesNothingAndIsBackAfterEveryCall) {

@@ -53,7 +53,8 @@ struct woven {
 template <class T>
 void weave(const woven<T>& w) {
   const std::int64_t n = w.members->ncol;
-  if (w.count == 3) return KORVO_AT_LEVEL(weave_three<T>)(w.member(0), w.member(1), w.member(2), w.tiled, n);
+  if constexpr (sizeof(T) <= sizeof(double))  // a complex element is a vector already
+    if (w.count == 3) return KORVO_AT_LEVEL(weave_three<T>)(w.member(0), w.member(1), w.member(2), w.tiled, n);
   for (std::int64_t j = 0; j < w.count; ++j) {
     const T* const from = w.member(j);
     for (std::int64_t c = 0; c < n; ++c) w.tiled[c * w.count + j] = from[c];
@@ -63,7 +64,9 @@ void weave(const woven<T>& w) {
 template <class T>
 void unweave(const woven<T>& w) {
   const std::int64_t n = w.members->ncol;
-  if (w.count == 3) return KORVO_AT_LEVEL(unweave_three<T>)(w.tiled, w.member(0), w.member(1), w.member(2), n);
+  if constexpr (sizeof(T) <= sizeof(double))
+    if (w.count == 3)
+      return KORVO_AT_LEVEL(unweave_three<T>)(w.tiled, w.member(0), w.member(1), w.member(2), n);
   for (std::int64_t j = 0; j < w.count; ++j) {
     T* const to = w.member(j);
     for (std::int64_t c = 0; c < n; ++c) to[c] = w.tiled[c * w.count + j];

@@ -27,7 +27,8 @@ int main(void) {
   failures += expect("malloc", matdbl_malloc(&a, 2, 3), KORVO_ERR_OK);
   failures += expect("malloc", matdbl_malloc(&b, 3, 2), KORVO_ERR_OK);
   failures += expect("fill", matdbl_assign_scalar(1.5, NULL, &a), KORVO_ERR_OK);
-  failures += expect("stop", matdbl_transpose(&a, korvo_host_init(&host, stop, &polls), &b), KORVO_ERR_INTERRUPT);
+  failures +=
+      expect("stop", matdbl_transpose(&a, korvo_host_init(&host, stop, &polls), &b), KORVO_ERR_INTERRUPT);
   failures += expect("transpose", matdbl_transpose(&a, NULL, &b), KORVO_ERR_OK);
   failures += expect("wrap", matuniv_wrap_matrix(&universal, &b, KORVO_DOUBLE), KORVO_ERR_OK);
   failures += expect("validate", matuniv_validate(&universal), KORVO_ERR_OK);

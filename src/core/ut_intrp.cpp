@@ -27,7 +27,8 @@ double settled_threshold() {
 // The index-th pointer at an address, whatever types the host gave the fields there.
 void* pointer_at(const void* address, int index) {
   void* pointer = nullptr;
-  std::memcpy(&pointer, static_cast<const char*>(address) + static_cast<std::size_t>(index) * sizeof pointer, sizeof pointer);
+  std::memcpy(&pointer, static_cast<const char*>(address) + static_cast<std::size_t>(index) * sizeof pointer,
+              sizeof pointer);
   return pointer;
 }
 

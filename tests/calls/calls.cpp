@@ -11,9 +11,8 @@ call_rows join(std::initializer_list<call_rows> lists) {
 }  // namespace
 
 const call_rows& all_calls() {
-  static const call_rows all =
-      join({core_calls(), mat_assn_calls(), mat_cast_calls(), mat_arit_calls(), mat_summ_calls(),
-            mat_io_calls(), mat_tile_calls(), img_pttr_calls(), img_io_calls(),
-            sig_conv_calls(), img_conv_calls()});
+  static const call_rows all = join({core_calls(), mat_assn_calls(), mat_cast_calls(), mat_arit_calls(),
+                                     mat_summ_calls(), mat_io_calls(), mat_tile_calls(), img_pttr_calls(),
+                                     img_io_calls(), sig_conv_calls(), img_conv_calls()});
   return all;
 }

@@ -53,6 +53,7 @@ TEST(Checkpoint, LetsKernelsRunUndisturbedUntilATestIsDue) {
   fake_host host(3);
   checkpoint point(host.intrp_ptr());
   EXPECT_EQ(point.test(), KORVO_ERR_OK);
+  EXPECT_EQ(point.strip(0.0, 1000), 1000);
   point.count(8.0);
   EXPECT_EQ(host.polls(), 0) << "no work, or no test: no poll";
   EXPECT_EQ(point.strip(8.0, 1000), 1);
@@ -81,7 +82,9 @@ TEST(Temporary, IsSizedIn64Bits) {
   heap::fail_never();
 }
 
-TEST(Arithmetic, MultipliesComplexNumbersPlainly) {
+TEST(Arithmetic, TakesComplexNumbersPlainly) {
+  EXPECT_EQ(sum(korvo_dcomplex{1, 2}, korvo_dcomplex{3, 5}), (korvo_dcomplex{4, 7}));
+  EXPECT_EQ(difference(korvo_dcomplex{1, 2}, korvo_dcomplex{3, 5}), (korvo_dcomplex{-2, -3}));
   EXPECT_EQ(times(korvo_dcomplex{1, 2}, korvo_dcomplex{3, 5}), (korvo_dcomplex{-7, 11}));
   const korvo_dcomplex mended = times(korvo_dcomplex{inf, inf}, korvo_dcomplex{1, 0});
   EXPECT_TRUE(std::isnan(mended.re) && std::isnan(mended.im)) << "a library's product would give infinities";

@@ -61,6 +61,7 @@ TEST(Set, HasItsMatricesMadeAllOrNone) {
     EXPECT_EQ(k % 2 ? make(&rows, &cols) : matset_malloc_matrices(&set, 4, 5, KORVO_FLOAT), KORVO_ERR_MALLOC);
     heap::fail_never();
   }
+  EXPECT_EQ(matset_malloc_matrices(nullptr, 4, 5, KORVO_FLOAT), KORVO_ERR_NULL_POINTER);
   EXPECT_EQ(make(nullptr, &five), KORVO_ERR_NULL_POINTER);
   EXPECT_EQ(make(&five, nullptr), KORVO_ERR_NULL_POINTER);
   EXPECT_EQ(make(&five, &five), KORVO_ERR_ILLEGAL_SIZE);
@@ -77,6 +78,7 @@ TEST(Set, HasItsMatricesMadeAllOrNone) {
   EXPECT_EQ(heap::live_blocks(), before + 4) << "in order, up to the first failure";
   set.mats[2].type = KORVO_DOUBLE;
   EXPECT_EQ(matset_free_matrices(&set), KORVO_ERR_OK);
+  EXPECT_EQ(matset_free_matrices(nullptr), KORVO_ERR_NULL_POINTER);
   EXPECT_EQ(matset_free(&set), KORVO_ERR_OK);
 }
 
@@ -87,6 +89,7 @@ TEST(Set, IsResizedOverTheSameMatrices) {
   const int32_t negative[] = {-2, -3};
   const int32_t wrapping[] = {65536, 65537, 6};
   ASSERT_EQ(matset_malloc(&set, 2, dims), KORVO_ERR_OK);
+  EXPECT_EQ(matset_resize(1, six, nullptr), KORVO_ERR_NULL_POINTER);
   EXPECT_EQ(matset_resize(0, nullptr, &set), KORVO_ERR_NULL_POINTER);
   EXPECT_EQ(matset_resize(0, six, &set), KORVO_ERR_ILLEGAL_VALUE);
   EXPECT_EQ(matset_resize(1, dims, &set), KORVO_ERR_ILLEGAL_SIZE);
@@ -121,6 +124,7 @@ TEST(Set, IsComparedByTypesThenShapes) {
   for (const auto* other : {&dims, &alone})
     EXPECT_EQ(matset_verify_aresame(&type, other), KORVO_ERR_ILLEGAL_SIZE);
   EXPECT_EQ(matset_verify_aresame(&broken, nullptr), KORVO_ERR_ILLEGAL_VALUE);
+  EXPECT_EQ(matset_verify_aresame(&dims, &broken), KORVO_ERR_ILLEGAL_VALUE) << "before the two are compared";
   EXPECT_EQ(matset_verify_aresame(nullptr, &broken), KORVO_ERR_NULL_POINTER);
 }
 

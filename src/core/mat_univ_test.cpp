@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/arithmetic.hpp"
+#include "korvos/core/ut_alloc.h"
 #include "tests/support/forms.hpp"
 #include "tests/support/heap.hpp"
 #include "tests/support/matrix.hpp"
@@ -35,9 +36,13 @@ void expect_refusals() {
   EXPECT_EQ(make(&mat, 2, 3), KORVO_ERR_MALLOC);
   heap::fail_never();
   EXPECT_TRUE(states(mat, 2, 3, nullptr));
+  EXPECT_EQ(make(&mat, 65536, 65537), KORVO_ERR_OK) << "a short buffer, once wrapped";
+  EXPECT_EQ(check(&mat), KORVO_ERR_ILLEGAL_SIZE) << "which no routine takes for a matrix";
+  (void)korvo_free(mat.data);
   const auto verdict = [](M record) { return check(&record); };
   EXPECT_EQ(check(nullptr), KORVO_ERR_NULL_POINTER);
   EXPECT_EQ(verdict({0, 3, 0, nullptr}), KORVO_ERR_ILLEGAL_SIZE) << "sizes before data";
+  EXPECT_EQ(verdict({3, 0, 0, nullptr}), KORVO_ERR_ILLEGAL_SIZE);
   EXPECT_EQ(verdict({2, 3, 7, nullptr}), KORVO_ERR_NULL_POINTER) << "data before the count";
   EXPECT_EQ(verdict({2, 3, 7, &marker<M>}), KORVO_ERR_ILLEGAL_SIZE);
 }
@@ -55,8 +60,9 @@ void live() {
   EXPECT_EQ(change(nullptr, 0, 0), KORVO_ERR_NULL_POINTER);
   EXPECT_EQ(change(&mat, 4, 0), KORVO_ERR_ILLEGAL_SIZE);
   EXPECT_TRUE(states(mat, 3, 5, mat.data));
-  ASSERT_EQ(change(&mat, 70, 20), KORVO_ERR_OK);
-  EXPECT_TRUE(states(mat, 70, 20, mat.data));
+  ASSERT_EQ(change(&mat, 1, 1400), KORVO_ERR_OK);
+  ASSERT_EQ(change(&mat, 1400, 1), KORVO_ERR_OK);
+  EXPECT_TRUE(states(mat, 1400, 1, mat.data));
   for (int i = 0; i < 15; ++i) EXPECT_EQ(mat.data[i], as_element<element<M>>(i)) << "storage is flat";
   void* const old = mat.data;
   heap::fail_at(1);

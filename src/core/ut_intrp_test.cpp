@@ -6,6 +6,8 @@
 
 namespace {
 
+const double initial_threshold = korvo_interrupt_threshold;  // before any test
+
 TEST(Interrupt, MovesTheCheckpointOnceAndOnlyWhenItIsPassed) {
   const threshold fresh(0.0);
   double next = 0.0;
@@ -14,6 +16,7 @@ TEST(Interrupt, MovesTheCheckpointOnceAndOnlyWhenItIsPassed) {
     EXPECT_EQ(next, expected);
   }
   EXPECT_EQ(korvo_interrupt_threshold, 1e7);
+  EXPECT_EQ(initial_threshold, 0.0);
   for (const double chosen : {500.0, -1.0}) {
     const threshold set(chosen);
     next = 0.0;

@@ -32,46 +32,6 @@ _univ_mat universal(const M& mat) {
   return {mat.nrow, mat.ncol, mat.nelem, mat.data, tag<M>::type};
 }
 
-// Colour
-
-// The samples of a colour image, interleaved, a strip of rows at a time: a strip stays in the cache, where a
-// matrix of all of them would cost more than moving them does. Planes are taken side by side whatever
-// dimensions their set has.
-template <class M>
-class strips {
- public:
-  // Of so many samples, or of a row if that is more; or a single strip of them all.
-  [[nodiscard]] code make(const _univ_mat& plane, bool single = false) {
-    constexpr std::int64_t strip_samples = 1 << 16;
-    const std::int64_t row = std::int64_t{plane.ncol} * planes;
-    const std::int64_t rows = std::clamp<std::int64_t>(strip_samples / row, 1, plane.nrow);
-    return buffer_.make(single ? plane.nrow : rows, row);
-  }
-
-  // Calls move(piece, samples) for each strip: a set of rows of the planes, and the matrix they interleave to.
-  template <class F>
-  [[nodiscard]] code each(const _mat_set& image, F move) {
-    const std::int64_t rows = image.mats[0].nrow;
-    for (std::int64_t first = 0; first < rows; first += buffer_.nrow) {
-      const auto count = static_cast<std::int32_t>(std::min<std::int64_t>(buffer_.nrow, rows - first));
-      _univ_mat members[planes];
-      for (std::int32_t k = 0; k < planes; ++k) members[k] = rows_of(as<M>(image.mats[k]), first, count);
-      std::int32_t side_by_side = planes;
-      _mat_set piece = {1, &side_by_side, planes, members};
-      _univ_mat samples = rows_of(buffer_, 0, count);
-      TRY(move(&piece, &samples));
-    }
-    return KORVO_ERR_OK;
-  }
-
- private:
-  static _univ_mat rows_of(const M& mat, std::int64_t first, std::int32_t count) {
-    return {count, mat.ncol, count * mat.ncol, mat.data + first * mat.ncol, tag<M>::type};
-  }
-
-  temporary<M> buffer_;
-};
-
 // Reading
 
 // What a file says before its samples.
@@ -126,7 +86,7 @@ code read_header(FILE* stream, F is_read, header* h) {
   text_guard guard;
   TRY(guard.enter(stream));  // no stream is KORVO_ERR_NULL_POINTER
   TRY(pnm_read_header(stream, &h->magic, &h->cols, &h->rows));
-  if (h->magic < plain_bits || !is_read(h->plain_form())) return KORVO_ERR_ILLEGAL_VALUE;
+  if (!is_read(h->plain_form())) return KORVO_ERR_ILLEGAL_VALUE;
   double maximum = 1.0;
   if (h->plain_form() != plain_bits) TRY(scan(stream, &maximum));
   if (std::fgetc(stream) == EOF) return KORVO_ERR_IO;
@@ -160,87 +120,63 @@ code read_grey(FILE* stream, const header& h, void* intrp_ptr, _univ_mat* image)
   return KORVO_ERR_OK;
 }
 
-template <class M>
-code read_planes(FILE* stream, const header& h, void* intrp_ptr, const _mat_set& image) {
-  strips<M> interleaved;
-  TRY(interleaved.make(image.mats[0]));
-  return interleaved.each(image, [&](_mat_set* piece, _univ_mat* samples) {
-    TRY(read_samples(stream, h, intrp_ptr, samples));
-    return matset_untile(samples, intrp_ptr, piece);
-  });
-}
-
-// After a failure nothing of the set stays.
-template <class M>
-code read_colour(FILE* stream, const header& h, void* intrp_ptr, _mat_set* image) {
-  TRY(affordable(h, planes, sizeof(element<M>)));
+// Makes the set of a colour image and fills it; after a failure nothing of it stays.
+code split(const _univ_mat& samples, std::int32_t cols, void* intrp_ptr, _mat_set* image) {
   TRY(matset_malloc(image, 1, &planes));
-  code result = matset_malloc_matrices(image, h.rows, h.cols, tag<M>::type);
+  code result = matset_malloc_matrices(image, samples.nrow, cols, samples.type);
   if (result == KORVO_ERR_OK) {
-    result = read_planes<M>(stream, h, intrp_ptr, *image);
+    result = matset_untile(&samples, intrp_ptr, image);
     if (result != KORVO_ERR_OK) (void)matset_free_matrices(image);
   }
   if (result != KORVO_ERR_OK) (void)matset_free(image);
   return result;
 }
 
-// Writing
-
-// How the samples of an image are to be written.
 template <class M>
-struct sample_form {
-  sample_form(magic_number plain_form, std::uint8_t plain)
-      : raw(tag<M>::type == KORVO_UINT8 && plain == 0), magic(plain_form + (raw ? raw_forms : 0)) {}
-
-  bool raw;
-  std::int32_t magic;
-  element<M> maximum{};  // of the planes that have been looked at
-
-  code look_at(const _univ_mat& plane, void* intrp_ptr) {
-    _univ_scalar least{};
-    _univ_scalar greatest{};
-    TRY(matuniv_range(&plane, intrp_ptr, &least, &greatest));
-    maximum = std::max(maximum, number<M>(greatest));
-    return KORVO_ERR_OK;
-  }
-
-  code write_header(FILE* stream, const _univ_mat& plane, void* intrp_ptr) const {
-    const auto signed_maximum = static_cast<std::int32_t>(maximum);  // u32 too: kept so
-    std::int64_t written = 0;
-    {
-      text_guard guard;
-      TRY(guard.enter(stream));
-      TRY(write_text(stream, &written, "P%d %d %d %d\n", magic, plane.ncol, plane.nrow, signed_maximum));
-    }
-    return checkpoint(intrp_ptr).add(character_cost * static_cast<double>(written));
-  }
-
-  code write_samples(FILE* stream, const _univ_mat* samples, void* intrp_ptr) const {
-    return raw ? matuniv_write_raw(stream, samples, most_significant_first, intrp_ptr)
-               : matuniv_write_ascii(stream, samples, text_separator, text_line, intrp_ptr);
-  }
-};
-
-template <class M>
-code write_grey(FILE* stream, const _univ_mat& image, std::uint8_t plain, void* intrp_ptr) {
-  sample_form<M> form(plain_grey, plain);
-  TRY(form.look_at(image, intrp_ptr));
-  TRY(form.write_header(stream, image, intrp_ptr));
-  return form.write_samples(stream, &image, intrp_ptr);
+code read_colour(FILE* stream, const header& h, void* intrp_ptr, _mat_set* image) {
+  TRY(affordable(h, planes, sizeof(element<M>)));
+  temporary<M> interleaved;
+  TRY(interleaved.make(h.rows, std::int64_t{h.cols} * planes));
+  _univ_mat samples = universal<M>(interleaved);
+  TRY(read_samples(stream, h, intrp_ptr, &samples));
+  return split(samples, h.cols, intrp_ptr, image);
 }
 
+// Writing
+
+// The header, whose columns are those of pixels, and all samples.
+template <class M>
+code write_samples(FILE* stream, const _univ_mat& samples, magic_number plain_form, std::int32_t cols,
+                   std::uint8_t plain, void* intrp_ptr) {
+  const bool raw = tag<M>::type == KORVO_UINT8 && plain == 0;
+  _univ_scalar least{};
+  _univ_scalar greatest{};
+  TRY(matuniv_range(&samples, intrp_ptr, &least, &greatest));
+  const auto maximum = static_cast<std::int32_t>(number<M>(greatest));  // u32 is written as signed: kept so
+  std::int64_t written = 0;
+  {
+    text_guard guard;
+    TRY(guard.enter(stream));
+    TRY(write_text(stream, &written, "P%d %d %d %d\n", plain_form + (raw ? raw_forms : 0), cols, samples.nrow,
+                   maximum));
+  }
+  TRY(checkpoint(intrp_ptr).add(character_cost * static_cast<double>(written)));
+  return raw ? matuniv_write_raw(stream, &samples, most_significant_first, intrp_ptr)
+             : matuniv_write_ascii(stream, &samples, text_separator, text_line, intrp_ptr);
+}
+
+// The planes side by side, whatever dimensions the caller's set has.
 template <class M>
 code write_colour(FILE* stream, const _mat_set& image, std::uint8_t plain, void* intrp_ptr) {
+  const _univ_mat& first = image.mats[0];
   for (std::int32_t k = 0; k < planes; ++k) TRY(matuniv_validate(image.mats + k));
-  sample_form<M> form(plain_colour, plain);
-  strips<M> interleaved;
-  TRY(interleaved.make(image.mats[0], !form.raw));  // text is one list
-  for (std::int32_t k = 0; k < planes; ++k) TRY(form.look_at(image.mats[k], intrp_ptr));
-  TRY(form.write_header(stream, image.mats[0], intrp_ptr));
-  return interleaved.each(image, [&](_mat_set* piece, _univ_mat* samples) {
-    TRY(matset_tile(piece, intrp_ptr, samples));
-    return form.write_samples(stream, samples, intrp_ptr);
-  });
+  temporary<M> interleaved;
+  TRY(interleaved.make(first.nrow, std::int64_t{first.ncol} * planes));
+  _univ_mat samples = universal<M>(interleaved);
+  std::int32_t side_by_side = planes;
+  const _mat_set row_of_planes = {1, &side_by_side, planes, image.mats};
+  TRY(matset_tile(&row_of_planes, intrp_ptr, &samples));
+  return write_samples<M>(stream, samples, plain_colour, first.ncol, plain, intrp_ptr);
 }
 
 }  // namespace
@@ -252,8 +188,9 @@ extern "C" {
 
 code imguniv_write_pgm(FILE* stream, const _univ_mat* image, uint8_t plain, void* intrp_ptr) {
   if (!stream || !image) return KORVO_ERR_NULL_POINTER;
-  return dispatch(image->type, sample_records{},
-                  [&]<class M> { return write_grey<M>(stream, *image, plain, intrp_ptr); });
+  return dispatch(image->type, sample_records{}, [&]<class M> {
+    return write_samples<M>(stream, *image, plain_grey, image->ncol, plain, intrp_ptr);
+  });
 }
 
 code imgset_write_ppm(FILE* stream, const _mat_set* image, uint8_t plain, void* intrp_ptr) {

@@ -31,12 +31,12 @@ struct window {
   double width;
 };
 
-// The comparisons let a NaN fall to 0: a pixel's, and that of the quotient when a limit is infinite.
+// The comparisons let a NaN fall to 0: a pixel's, and that of the quotient when a limit is infinite. What lies
+// inside comes to 255 at most, since x - low is at most high - low as rounded too.
 std::uint8_t grey_of(double x, const window& to) {
   const double inside = std::floor((x * to.scale - to.scaled_low) * 255.0 / to.width + 0.5);
   const double grey = x > to.high ? 255.0 : x > to.low ? inside : 0.0;
-  const double raised = grey >= 0.0 ? grey : 0.0;
-  return static_cast<std::uint8_t>(static_cast<std::int32_t>(raised <= 255.0 ? raised : 255.0));
+  return static_cast<std::uint8_t>(static_cast<std::int32_t>(grey >= 0.0 ? grey : 0.0));
 }
 
 }  // namespace

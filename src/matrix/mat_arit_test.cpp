@@ -229,19 +229,19 @@ TEST(Rescale, RefusesInOrder) {
 }
 
 TEST(UniversalPair, BringsOperandsToTheTypeOfTheResult) {
-  u8_matrix bytes(1, 1, 3);
-  s16_matrix shorts(1, 1, 5);
-  s32_matrix ints(1, 1, 300);
-  flt_matrix floats(1, 1, 0.5F);
-  dbl_matrix doubles(1, 1, 7.0);
-  cpx_matrix real(1, 1, korvo_dcomplex{2.0, 0.0});
-  cpx_matrix complex(1, 1, korvo_dcomplex{2.0, 1.0});
-  dbl_matrix result(1, 1);
-  u8_matrix small(1, 1);
+  u8_matrix bytes(2, 1, 3);
+  s16_matrix shorts(2, 1, 5);
+  s32_matrix ints(2, 1, 300);
+  flt_matrix floats(2, 1, 0.5F);
+  dbl_matrix doubles(2, 1, 7.0);
+  cpx_matrix real(2, 1, korvo_dcomplex{2.0, 0.0});
+  cpx_matrix complex(2, 1, korvo_dcomplex{2.0, 1.0});
+  dbl_matrix result(2, 1);
+  u8_matrix small(2, 1);
   _univ_mat u8 = bytes.universal(), s16 = shorts.universal(), s32 = ints.universal(), flt = floats.universal(),
             dbl = doubles.universal(), re = real.universal(), cpx = complex.universal();
   _univ_mat to_dbl = result.universal(), to_u8 = small.universal();
-  _univ_mat reserved = {1, 1, 1, to_u8.data, KORVO_SINT8};
+  _univ_mat reserved = {2, 1, 2, to_u8.data, KORVO_SINT8};
   struct {
     const _univ_mat &a, &b;
     _univ_mat& out;
@@ -268,17 +268,19 @@ TEST(UniversalPair, BringsOperandsToTheTypeOfTheResult) {
     EXPECT_EQ(matuniv_add(&call.a, &call.b, nullptr, &call.out), call.code) << &call - cases;
     EXPECT_EQ(heap::allocations(), call.temporaries) << &call - cases;
     EXPECT_EQ(heap::live_blocks(), before);
-    EXPECT_EQ(result(0, 0), call.sum);
+    EXPECT_EQ(result(1, 0), call.sum);
   }
-  double expected[] = {8.0, -2.0, 15.0, 15.0};
-  double* next = expected;
+  const double expected[] = {8.0, -2.0, 15.0, 15.0};
+  const double* next = expected;
+  const s16_matrix five(1, 1, 5);
+  const _univ_mat scalar = five.universal();
   for (auto* const form : {&matuniv_add, &matuniv_subtract, &matuniv_multiply_elem, &matuniv_multiply}) {
     EXPECT_EQ(form(nullptr, &cpx, nullptr, &to_u8), KORVO_ERR_NULL_POINTER);
     EXPECT_EQ(form(&cpx, nullptr, nullptr, &to_u8), KORVO_ERR_NULL_POINTER);
     EXPECT_EQ(form(&cpx, &cpx, nullptr, nullptr), KORVO_ERR_NULL_POINTER);
     fake_host host;
-    EXPECT_EQ(form(&u8, &s16, host.intrp_ptr(), &to_dbl), KORVO_ERR_OK);
-    EXPECT_EQ(result(0, 0), *next++);
+    EXPECT_EQ(form(&u8, form == matuniv_multiply ? &scalar : &s16, host.intrp_ptr(), &to_dbl), KORVO_ERR_OK);
+    EXPECT_EQ(result(1, 0), *next++);
     EXPECT_EQ(host.polls(), 3) << "one in each cast and one in the work";
   }
 }
@@ -317,6 +319,8 @@ TEST(UniversalScalar, IsAnIntegerThatFitsOrAnyNumberForFloatingResults) {
   EXPECT_EQ(added(u8_matrix(1, 1), one).first, KORVO_ERR_ILLEGAL_TYPE) << "though the value fits";
   EXPECT_EQ(added(dbl_matrix(1, 1), complex).first, KORVO_ERR_ILLEGAL_TYPE);
   EXPECT_EQ(added(cpx_matrix(1, 1), one).first, KORVO_ERR_ILLEGAL_TYPE);
+  EXPECT_EQ(added(dbl_matrix(1, 1), {_univ_value{}, static_cast<_korvo_type>(9)}).first,
+            KORVO_ERR_ILLEGAL_TYPE);
   EXPECT_EQ(added(dbl_matrix(1, 1, 0.5), {_univ_value{.u8 = 3}, KORVO_UINT8}), std::pair(KORVO_ERR_OK, 3.5));
   EXPECT_EQ(added(dbl_matrix(1, 1), {_univ_value{.flt = 0.1F}, KORVO_FLOAT}).second, double{0.1F});
   EXPECT_EQ(added(s16_matrix(1, 1), lowest).second, -32768) << "its own type is not tested";

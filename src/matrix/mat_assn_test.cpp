@@ -229,6 +229,22 @@ TEST(Moves, StopAfterTheRowOrColumnThatPolled) {
       [&](int r, int c) { return c < 7 ? in(r + 2, c + 3) : 77.0F; });
 }
 
+TEST(Moves, ValidateInTheOrderOfTheArgumentsAndCompareShapes) {
+  const u8_matrix wide(2, 3);
+  u8_matrix square(2, 2);
+  const _u8_mat no_data = {2, 2, 4, nullptr};
+  _u8_mat no_rows = {0, 2, 0, nullptr};
+  for (auto* const move :
+       {&matu8_assign, &matu8_assign_zeropad, &matu8_transpose, &matu8_flip_left_right, &matu8_flip_up_down}) {
+    EXPECT_EQ(move(&no_data, nullptr, &no_rows), KORVO_ERR_NULL_POINTER);
+    EXPECT_EQ(move(&wide, nullptr, &square), KORVO_ERR_ILLEGAL_SIZE);
+  }
+  for (auto* const move : {&matu8_assign_submat, &matu8_extract})
+    EXPECT_EQ(move(&no_data, 9, 9, nullptr, &no_rows), KORVO_ERR_NULL_POINTER);
+  EXPECT_EQ(matu8_translate(&no_data, 9, 9, 0, nullptr, &no_rows), KORVO_ERR_NULL_POINTER);
+  EXPECT_EQ(matu8_assign_scalar(1, nullptr, &no_rows), KORVO_ERR_ILLEGAL_SIZE);
+}
+
 _korvo_errcode translate_by_one(const _univ_mat* in, void* intrp_ptr, _univ_mat* out) {
   return matuniv_translate(in, 1, 1, {_univ_value{.u8 = 1}, in ? in->type : KORVO_UINT8}, intrp_ptr, out);
 }

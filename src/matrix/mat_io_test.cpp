@@ -203,6 +203,7 @@ TEST(MatIoNumbers, HaveTheRangesOfTheirTypeAfterTheirCut) {
   refuses<_u8_mat>("256"), refuses<_u8_mat>("-1");
   accepts<_u16_mat>("70000", 4464), accepts<_u16_mat>("-1", 65535);
   accepts<_u16_mat>("99999999999999999999999", 65535), accepts<_u16_mat>("-18446744073709551614", 2);
+  accepts<_u16_mat>("-99999999999999999999999", 65535);
   accepts<_s16_mat>("-32767", -32767), accepts<_s16_mat>("40000", -25536);
   refuses<_s16_mat>("-32768"), refuses<_s16_mat>("32768");
   accepts<_u32_mat>("4294967295", 4294967295.0), accepts<_u32_mat>("-0", 0);

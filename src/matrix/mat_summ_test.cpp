@@ -30,12 +30,15 @@ TEST(Range, FindsTheExtremesWhereverTheyAre) {
       });
 }
 
-TEST(Range, LetsANanStayOnlyInTheFirstPlace) {
+TEST(Range, StartsFromTheFirstElement) {
   double least = 0.0;
   double greatest = 0.0;
   const dbl_matrix later(1, 3, {3, std::nan(""), 2});
   EXPECT_EQ(matdbl_range(&later, nullptr, &least, &greatest), KORVO_ERR_OK);
   EXPECT_TRUE(least == 2.0 && greatest == 3.0);
+  const dbl_matrix zeros(1, 4, {-0.0, 0.0, 0.0, -0.0});
+  EXPECT_EQ(matdbl_range(&zeros, nullptr, &least, &greatest), KORVO_ERR_OK);
+  EXPECT_TRUE(std::signbit(least) && std::signbit(greatest)) << "the first zero stays";
   const dbl_matrix first(1, 3, {std::nan(""), 1, 2});
   EXPECT_EQ(matdbl_range(&first, nullptr, &least, &greatest), KORVO_ERR_OK);
   EXPECT_TRUE(std::isnan(least) && std::isnan(greatest));

@@ -94,6 +94,7 @@ code run(const correlation<T>& work, void* intrp_ptr) {
   const auto out_rows = static_cast<std::int32_t>(work.out_rows);
   checkpoint cost(intrp_ptr);
   for (std::int32_t i = 0; i < out_rows;) {
+    // high strips are faster, and without a host no poll is missed
     const std::int32_t rows = intrp_ptr ? cost.strip(row_cost, out_rows - i) : out_rows;
     correlate(lay_down(strip_of(work, i, rows)));
     TRY(cost.add_strip(row_cost, rows));

@@ -112,8 +112,8 @@ void gather(const correlation<T>& work, const T* row, std::int64_t col, std::int
   }
 }
 
-// The samples of some adjacent outputs for some adjacent taps: those of one tap on are one element on where
-// outputs lie side by side, and else apart.
+// The samples of some adjacent outputs for some adjacent taps. Where outputs lie side by side, those for the
+// next tap begin one element on; else each tap has samples of its own.
 template <class T>
 struct gathered {
   static constexpr int width = sums<T, 2>::width;
@@ -141,7 +141,7 @@ struct gathered {
   }
 };
 
-// A block of outputs whose taps may lie anywhere, at most `block_rows` by the width of two vectors. Each row of
+// A block of outputs whose taps may lie anywhere, at most `block_rows` by what sums<T, 2> hold. Each row of
 // samples is gathered once for all rows of outputs that it has taps for.
 constexpr std::int64_t block_rows = 8;
 
@@ -256,14 +256,14 @@ void inner(const correlation<T>& work, rectangle area) {
     inner_tiles<1, 8>(work, area);
 }
 
-// The outputs i of a dimension that have all taps inside: 0 <= i * step - offset and i * step - offset + taps
-// <= n.
-struct range {
+// The outputs i of a dimension that have all taps inside: from 0 <= i * step - offset to
+// i * step - offset + taps <= n.
+struct interval {
   std::int64_t first;
   std::int64_t last;
 };
-inline range inner_range(std::int64_t offset, std::int64_t step, std::int64_t taps, std::int64_t n,
-                         std::int64_t out_n) {
+inline interval inner_range(std::int64_t offset, std::int64_t step, std::int64_t taps, std::int64_t n,
+                            std::int64_t out_n) {
   const std::int64_t first = std::clamp<std::int64_t>((offset + step - 1) / step, 0, out_n);
   const std::int64_t room = n - taps + offset;
   return {first, room < 0 ? first : std::clamp(room / step + 1, first, out_n)};

@@ -164,8 +164,7 @@ KORVO_API _korvo_errcode matuniv_malloc(_univ_mat* mat, int32_t nrow, int32_t nc
  *  - KORVO_ERR_ILLEGAL_TYPE: (universal) `type` of the matrix is KORVO_SINT8 or no type.
  *  - KORVO_ERR_ILLEGAL_SIZE: `nrow` or `ncol` is below 1; nothing has changed.
  *  - KORVO_ERR_ILLEGAL_VALUE, KORVO_ERR_MALLOC: the byte count wraps to 0 or below, as in malloc; no memory.
- *    `data` is still the old buffer and the record states the new size, so the matrix is good for `free` only.
- */
+ *    `data` is still the old buffer and the record states the new size, so it is good for `free` only. */
 /** @{ */
 KORVO_API _korvo_errcode matu8_realloc(_u8_mat* mat, int32_t nrow, int32_t ncol);
 KORVO_API _korvo_errcode matu16_realloc(_u16_mat* mat, int32_t nrow, int32_t ncol);

@@ -36,16 +36,15 @@ KORVO_BEGIN_DECLARATIONS
  *  matuniv_write_ascii() sets them; raw samples follow the header at once. Of the set of a colour image the
  *  three matrices count, not how its dimensions arrange them.
  *
- *  Costs, each polled by itself: that of matuniv_range() for each matrix; 1000 a character of the header; the
- *  samples as matuniv_write_ascii() or matuniv_write_raw(). Colours are interleaved by matset_tile(), raw ones
- *  in strips of rows of at most 65536 samples (but a row at least), each of which is moved and then written;
- *  text needs a matrix of all samples. The checks, in their order:
+ *  Costs, each polled by itself: (colour) that of matset_tile(), into one matrix of all samples;
+ * matuniv_range(); 1000 a character of the header; the samples as matuniv_write_ascii() or matuniv_write_raw().
+ * The checks, in their order:
  *  - KORVO_ERR_NULL_POINTER: `stream` or `image` is null.
  *  - (colour) the codes of matset_verify_allsame().
  *  - KORVO_ERR_ILLEGAL_SIZE: (colour) there are not three matrices.
  *  - KORVO_ERR_ILLEGAL_TYPE: not u8, u16 or u32.
  *  - the codes of `validate` for each matrix.
- *  - KORVO_ERR_MALLOC: (colour) no memory for interleaved samples. Up to here nothing is written.
+ *  - KORVO_ERR_MALLOC: (colour) no memory for the matrix of all samples. Up to here nothing is written.
  *  - KORVO_ERR_IO: the stream failed. */
 /** @{ */
 KORVO_API _korvo_errcode imguniv_write_pgm(FILE* stream, const _univ_mat* image, uint8_t plain,
@@ -81,8 +80,7 @@ KORVO_API _korvo_errcode imguniv_write_pbm(FILE* stream, const _univ_mat* image,
  *  ones must be parted by white space, as 0110 would be one pixel.
  *
  *  Costs, each polled by itself: that of matuniv_read_ascii(), matuniv_read_raw() or imguniv_read_from_bits();
- *  for colours that and then that of matset_untile() for each strip of rows, of at most 65536 samples (but a
- *  row at least). The codes, in their order:
+ *  (colour) that of matset_untile(). The codes, in their order:
  *  - KORVO_ERR_NULL_POINTER: `stream` or `image` is null.
  *  - KORVO_ERR_IO: no letter P, or no number where one must be, or the stream failed or has ended; a magic
  *    number, a number of columns or of rows outside 32 bits.

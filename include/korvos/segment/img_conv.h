@@ -1,6 +1,5 @@
 /* SPDX-License-Identifier: MIT */
-/** @file segment/img_conv.h  Neighbourhoods of images: centred convolution and correlation, local mean and
- * variance. */
+/** @file img_conv.h  Neighbourhoods of images: centred convolution and correlation, local mean and variance. */
 #ifndef KORVOS_SEGMENT_IMG_CONV_H
 #define KORVOS_SEGMENT_IMG_CONV_H
 
@@ -31,6 +30,9 @@ KORVO_API _korvo_errcode imguniv_correlate(const _univ_mat* image, const _univ_m
  *  along a row: each mean is the previous one plus the mean of what enters less what leaves, so rounding errors
  *  run along a row and no further, and the work grows with window_rows and not with the area.
  *
+ *  Each sum takes the rows of its window in their order, from 0; the first of a row of the result takes its
+ *  columns within each row. It is divided by the area of the window before the previous mean is added.
+ *
  *  SIG_BOUNDARY_ZERO: pixels outside count as 0, so means fall towards the edges. SIG_BOUNDARY_CONTINUE: the
  *  edge goes on. No other mode is taken. Cost of a row (13 * window_rows + 3) * columns + 8 * window_rows *
  *  window_cols + 3, polled after each. No allocation. Checks, in order:
@@ -39,7 +41,7 @@ KORVO_API _korvo_errcode imguniv_correlate(const _univ_mat* image, const _univ_m
  *  - the codes of `validate` for `image`, `out`.
  *  - KORVO_ERR_ILLEGAL_SIZE: the shapes differ.
  *  - KORVO_ERR_ILLEGAL_ADDRESS: `out` is the buffer of `image`.
- *  - KORVO_ERR_ILLEGAL_SIZE: a window size is larger than the image, even, or negative.
+ *  - KORVO_ERR_ILLEGAL_SIZE: a window size is larger than the image, even, or below 1.
  *  - KORVO_ERR_ILLEGAL_VALUE: another boundary mode; the first element of `out` has become 0. */
 /** @{ */
 KORVO_API _korvo_errcode imgdbl_local_mean(const _dbl_mat* image, int32_t window_rows, int32_t window_cols,
@@ -49,9 +51,14 @@ KORVO_API _korvo_errcode imguniv_local_mean(const _univ_mat* image, int32_t wind
 /** @} */
 
 /** @name local_variance
- *  The population variance over the same windows, by running sums of pixels and of their squares. It is never
- *  clamped: rounding may leave tiny negative values in flat areas. Cost of a row (15 * window_rows + 8) *
- *  columns + 8 * window_rows * window_cols + 6; all else as for local_mean. */
+ *  The population variance over the same windows, by running sums of pixels and of their squares: the first
+ *  of a row is the mean square less the square of the mean, and each further one
+ *
+ *      (what enters, squared, less what leaves, squared) / area + previous variance
+ *          + (previous mean) ^ 2 - mean ^ 2
+ *
+ *  from left to right. It is never clamped: rounding may leave tiny negative values in flat areas. Cost of
+ *  a row (15 * window_rows + 8) * columns + 8 * window_rows * window_cols + 6; all else as for local_mean. */
 /** @{ */
 KORVO_API _korvo_errcode imgdbl_local_variance(const _dbl_mat* image, int32_t window_rows, int32_t window_cols,
                                                int32_t boundary, void* intrp_ptr, _dbl_mat* out);

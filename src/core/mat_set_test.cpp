@@ -62,12 +62,16 @@ TEST(Set, HasItsMatricesMadeAllOrNone) {
     heap::fail_never();
   }
   EXPECT_EQ(matset_malloc_matrices(nullptr, 4, 5, KORVO_FLOAT), KORVO_ERR_NULL_POINTER);
+  EXPECT_EQ(matset_malloc_matrices_arbitrary_size(nullptr, &rows, &cols, KORVO_FLOAT), KORVO_ERR_NULL_POINTER);
   EXPECT_EQ(make(nullptr, &five), KORVO_ERR_NULL_POINTER);
   EXPECT_EQ(make(&five, nullptr), KORVO_ERR_NULL_POINTER);
   EXPECT_EQ(make(&five, &five), KORVO_ERR_ILLEGAL_SIZE);
   EXPECT_EQ(make(&rows, &five), KORVO_ERR_ILLEGAL_SIZE);
   EXPECT_EQ(make(&rows, &bad), KORVO_ERR_ILLEGAL_SIZE);
   EXPECT_EQ(heap::live_blocks(), before);
+  ASSERT_EQ(matset_malloc_matrices(&set, 4, 5, KORVO_FLOAT), KORVO_ERR_OK);
+  EXPECT_TRUE(set.mats[5].nrow == 4 && set.mats[5].ncol == 5 && set.mats[5].type == KORVO_FLOAT);
+  EXPECT_EQ(matset_free_matrices(&set), KORVO_ERR_OK);
   ASSERT_EQ(make(&rows, &cols), KORVO_ERR_OK);
   for (int32_t i = 0; i < 6; ++i) {
     EXPECT_EQ(matuniv_validate(&set.mats[i]), KORVO_ERR_OK);
@@ -118,6 +122,7 @@ TEST(Set, IsComparedByTypesThenShapes) {
   EXPECT_EQ(matset_verify_allsame(&same), KORVO_ERR_OK);
   EXPECT_EQ(matset_verify_allsame(&shape), KORVO_ERR_ILLEGAL_SIZE);
   EXPECT_EQ(matset_verify_allsame(&type), KORVO_ERR_ILLEGAL_TYPE);
+  EXPECT_EQ(matset_verify_allsame(&broken), KORVO_ERR_ILLEGAL_VALUE);
   EXPECT_EQ(matset_verify_aresame(&type, &type), KORVO_ERR_OK);
   EXPECT_EQ(matset_verify_aresame(&same, &shape), KORVO_ERR_ILLEGAL_SIZE);
   EXPECT_EQ(matset_verify_aresame(&same, &type), KORVO_ERR_ILLEGAL_TYPE);

@@ -166,29 +166,28 @@ TEST(Multiply, RefusesInOrderAndStopsAfterARow) {
                  steps_of(6, 96.0));
 }
 
-TEST(ElementWise, ComparesShapesAndPollsOnceAfterTheWork) {
-  u8_matrix a(2, 3, 1);
-  u8_matrix out(2, 3);
-  u8_matrix turned(3, 2);
-  const _u8_mat no_data = {2, 3, 6, nullptr};
-  _u8_mat no_rows = {0, 4, 0, nullptr};
-  for (auto* const form : {&matu8_add, &matu8_subtract, &matu8_multiply_elem}) {
+TEST(ElementWise, ValidatesComparesShapesAndPollsOnceAfterTheWork) {
+  s16_matrix a(2, 3, 1);
+  s16_matrix out(2, 3);
+  s16_matrix turned(3, 2);
+  const _s16_mat no_data = {2, 3, 6, nullptr};
+  _s16_mat no_rows = {0, 4, 0, nullptr};
+  for (auto* const form : {&mats16_add, &mats16_subtract, &mats16_multiply_elem}) {
     EXPECT_EQ(form(&a, &no_data, nullptr, &no_rows), KORVO_ERR_NULL_POINTER);
     EXPECT_EQ(form(&a, &a, nullptr, &turned), KORVO_ERR_ILLEGAL_SIZE);
     EXPECT_EQ(form(&a, &turned, nullptr, &out), KORVO_ERR_ILLEGAL_SIZE);
   }
-  EXPECT_EQ(matu8_add_scalar(&a, 1, nullptr, &turned), KORVO_ERR_ILLEGAL_SIZE);
+  EXPECT_EQ(mats16_add_scalar(&no_data, 1, nullptr, &no_rows), KORVO_ERR_NULL_POINTER);
+  EXPECT_EQ(mats16_add_scalar(&a, 1, nullptr, &turned), KORVO_ERR_ILLEGAL_SIZE);
+  EXPECT_EQ(mats16_abs(&no_data, nullptr, &no_rows), KORVO_ERR_NULL_POINTER);
+  EXPECT_EQ(mats16_abs(&a, nullptr, &turned), KORVO_ERR_ILLEGAL_SIZE);
   fake_host host(1);
-  EXPECT_EQ(matu8_add(&a, &a, host.intrp_ptr(), &out), KORVO_ERR_INTERRUPT);
-  EXPECT_EQ(out.elements(), u8_matrix(2, 3, 2).elements()) << "complete all the same";
-  const dbl_matrix x(2, 3, 1.0);
-  dbl_matrix y(2, 3);
-  dbl_matrix tall(3, 2);
-  EXPECT_EQ(matdbl_abs(&x, nullptr, &tall), KORVO_ERR_ILLEGAL_SIZE);
-  expect_tallies([&](void* intrp_ptr) { return matdbl_add(&x, &x, intrp_ptr, &y); }, {18.0});
-  expect_tallies([&](void* intrp_ptr) { return matdbl_add_scalar(&x, 2.0, intrp_ptr, &y); }, {18.0});
-  expect_tallies([&](void* intrp_ptr) { return matdbl_abs(&x, intrp_ptr, &y); }, {18.0});
-  expect_tallies([&](void* intrp_ptr) { return matdbl_rescale(&x, 2.0, 3.0, intrp_ptr, &y); }, {18.0});
+  EXPECT_EQ(mats16_add(&a, &a, host.intrp_ptr(), &out), KORVO_ERR_INTERRUPT);
+  EXPECT_EQ(out.elements(), s16_matrix(2, 3, 2).elements()) << "complete all the same";
+  expect_tallies([&](void* intrp_ptr) { return mats16_add(&a, &a, intrp_ptr, &out); }, {18.0});
+  expect_tallies([&](void* intrp_ptr) { return mats16_add_scalar(&a, 2, intrp_ptr, &out); }, {18.0});
+  expect_tallies([&](void* intrp_ptr) { return mats16_abs(&a, intrp_ptr, &out); }, {18.0});
+  expect_tallies([&](void* intrp_ptr) { return mats16_rescale(&a, 2, 3, intrp_ptr, &out); }, {18.0});
 }
 
 TEST(Rescale, MapsTheRangeAndCutsTowardsZero) {

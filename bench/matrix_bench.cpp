@@ -128,6 +128,32 @@ void add_casts() {
   }
 }
 
+// Casts of other kinds, as a baseline.
+template <class M, class N, class Cast>
+void add_cast(const char* family, Cast cast) {
+  struct pair {
+    matrix<M> in = matrix<M>::random(1024, 1024, 1, 0.0, 200.0);
+    matrix<N> out{1024, 1024};
+  };
+  bench::add(family, 1024, "korvos",
+             [=] { return [m = std::make_shared<pair>(), cast] { bench::check(cast(&m->in, &m->out)); }; });
+}
+
+void add_other_casts() {
+  add_cast<_u8_mat, _dbl_mat>("cast_u8_to_dbl",
+                              [](auto* in, auto* out) { return matu8_cast_to_dbl(in, nullptr, out); });
+  add_cast<_s32_mat, _u8_mat>("cast_s32_to_u8",
+                              [](auto* in, auto* out) { return mats32_cast_to_u8(in, 0, nullptr, out); });
+  add_cast<_dbl_mat, _s16_mat>("cast_dbl_to_s16",
+                               [](auto* in, auto* out) { return matdbl_cast_to_s16(in, 0, nullptr, out); });
+  add_cast<_dbl_mat, _u32_mat>("cast_dbl_to_u32",
+                               [](auto* in, auto* out) { return matdbl_cast_to_u32(in, 1, nullptr, out); });
+  add_cast<_dbl_mat, _flt_mat>("cast_dbl_to_flt",
+                               [](auto* in, auto* out) { return matdbl_cast_to_flt(in, 0, nullptr, out); });
+  add_cast<_dbl_mat, _cpx_mat>("dbl_to_complex",
+                               [](auto* in, auto* out) { return matdbl_to_complex(in, in, nullptr, out); });
+}
+
 template <class M, auto form>
 void add_transposition(const char* family, [[maybe_unused]] int cv_type) {
   for (const int side : {512, 4096}) {
@@ -164,12 +190,19 @@ void add_moves() {
   struct pair {
     matrix<_dbl_mat> in = matrix<_dbl_mat>::random(1024, 1024, 1);
     matrix<_dbl_mat> out{1024, 1024};
+    matrix<_dbl_mat> small{1000, 1000};
     double low = 0.0, high = 0.0;
   };
   const auto add = [](const char* family, auto form) {
     bench::add(family, 1024, "korvos",
                [=] { return [m = std::make_shared<pair>(), form] { bench::check(form(*m)); }; });
   };
+  add("assign_scalar_dbl", [](pair& m) { return matdbl_assign_scalar(1.0, nullptr, &m.out); });
+  add("assign_submat_dbl", [](pair& m) { return matdbl_assign_submat(&m.small, 7, 9, nullptr, &m.out); });
+  add("assign_zeropad_dbl", [](pair& m) { return matdbl_assign_zeropad(&m.small, nullptr, &m.out); });
+  add("extract_dbl", [](pair& m) { return matdbl_extract(&m.in, 7, 9, nullptr, &m.small); });
+  add("add_scalar_dbl", [](pair& m) { return matdbl_add_scalar(&m.in, 1.0, nullptr, &m.out); });
+  add("multiply_scalar_dbl", [](pair& m) { return matdbl_multiply_scalar(&m.in, 3.0, nullptr, &m.out); });
   add("assign_dbl", [](pair& m) { return matdbl_assign(&m.in, nullptr, &m.out); });
   add("flip_left_right_dbl", [](pair& m) { return matdbl_flip_left_right(&m.in, nullptr, &m.out); });
   add("flip_up_down_dbl", [](pair& m) { return matdbl_flip_up_down(&m.in, nullptr, &m.out); });
@@ -184,6 +217,7 @@ const bench::registration all([] {
   add_mixed();
   add_product();
   add_casts();
+  add_other_casts();
   add_transposition<_dbl_mat, matdbl_transpose>("transpose_dbl", 6 /* CV_64F */);
   add_transposition<_u8_mat, matu8_transpose>("transpose_u8", 0 /* CV_8U */);
 #ifdef KORVOS_BENCH_FFTW

@@ -1,5 +1,6 @@
 /* SPDX-License-Identifier: MIT */
-/** @file korvos.h  Everything korvos exports. */
+/** @file
+ *  Everything korvos exports. */
 #ifndef KORVOS_H
 #define KORVOS_H
 

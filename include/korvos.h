@@ -1,6 +1,5 @@
 /* SPDX-License-Identifier: MIT */
-/** @file
- *  Everything korvos exports. */
+/* Everything korvos exports. */
 #ifndef KORVOS_H
 #define KORVOS_H
 

@@ -4,20 +4,15 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <string>
 #include <vector>
 
 #include "fuzz/target.hpp"
 #include "tests/support/heap.hpp"
 
-namespace {
-
-std::vector<fuzz_target>& targets() {
+static std::vector<fuzz_target>& targets() {
   static std::vector<fuzz_target> all;
   return all;
 }
-
-}  // namespace
 
 fuzz_target::fuzz_target(const char* target_name, fuzz_function function) : name(target_name), run(function) {
   targets().push_back(*this);
@@ -26,17 +21,14 @@ fuzz_target::fuzz_target(const char* target_name, fuzz_function function) : name
 TEST(FuzzCorpus, IsSurvivedByItsTarget) {
   ASSERT_FALSE(targets().empty());
   for (const fuzz_target& target : targets()) {
-    int seeds = 0;
-    for (const auto& seed :
-         std::filesystem::directory_iterator(std::string(KORVOS_FUZZ_CORPUS "/") + target.name)) {
-      SCOPED_TRACE(seed.path());
+    const std::filesystem::directory_iterator seeds(KORVOS_FUZZ_CORPUS "/" + std::string(target.name));
+    EXPECT_NE(begin(seeds), end(seeds)) << target.name << " has no seeds";
+    for (const auto& seed : seeds) {
       std::ifstream file(seed.path(), std::ios::binary);
       const std::vector<char> bytes(std::istreambuf_iterator<char>(file), {});
       const int live_before = heap::live_blocks();
       target.run(fuzz_input(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()));
-      EXPECT_EQ(heap::live_blocks(), live_before);
-      ++seeds;
+      EXPECT_EQ(heap::live_blocks(), live_before) << seed.path();
     }
-    EXPECT_GT(seeds, 0) << target.name << " has no seeds";
   }
 }

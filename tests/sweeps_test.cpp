@@ -8,6 +8,7 @@
 #include "tests/support/declared_names.hpp"
 #include "tests/support/heap.hpp"
 #include "tests/support/host.hpp"
+#include "tests/support/levels.hpp"
 
 namespace {
 
@@ -47,7 +48,7 @@ class Sweep : public testing::TestWithParam<call_row> {
 TEST_P(Sweep, GivesTheSameBitsAgain) {
   const outcome first = run(nullptr);
   ASSERT_EQ(first.result, KORVO_ERR_OK);
-  EXPECT_EQ(run(nullptr).results, first.results);
+  each_level([&] { EXPECT_EQ(run(nullptr).results, first.results); });
 }
 
 TEST_P(Sweep, ReportsEveryFailedAllocation) {
@@ -62,7 +63,7 @@ TEST_P(Sweep, StopsAtEveryPoll) {
   ASSERT_EQ(run(patient.intrp_ptr()).result, KORVO_ERR_OK);
   for (int k = 1; k <= patient.polls(); ++k) {
     fake_host host(k);
-    EXPECT_EQ(run(host.intrp_ptr()).result, GetParam().interrupted) << "poll " << k;
+    EXPECT_EQ(run(host.intrp_ptr()).result, KORVO_ERR_INTERRUPT) << "poll " << k;
     EXPECT_EQ(host.polls(), k) << "polled again after it was stopped";
   }
 }

@@ -36,10 +36,9 @@ verdict<D> rule(S x) {
     const long double r = std::is_integral_v<S> ? static_cast<long double>(x) : std::floor(double(x) + 0.5);
     if (!(r >= low)) return {static_cast<D>(low), false};  // NaN too
     return {static_cast<D>(std::min(r, high)), r <= high};
-  } else if constexpr (std::is_same_v<S, double>) {
-    if (x > 1e37 || x < -1e37) return {std::bit_cast<float>(x > 0 ? 0x7CF0BDC2 : 0xFCF0BDC2), false};
-    return {static_cast<float>(x), true};
   } else {
+    if (std::is_same_v<S, double> && (x > 1e37 || x < -1e37))
+      return {std::bit_cast<float>(x > 0 ? 0x7CF0BDC2 : 0xFCF0BDC2), false};
     return {static_cast<D>(x), true};
   }
 }
@@ -47,21 +46,10 @@ verdict<D> rule(S x) {
 // Numbers at the limits of all types, beside them, and beyond.
 template <class S>
 std::vector<S> samples() {
-  std::vector<double> numbers = {inf,
-                                 -inf,
-                                 nan,
-                                 -0.0,
-                                 5e-324,
-                                 -5e-324,
-                                 0.49999999999999994,
-                                 4503599627370497.5,
-                                 1e37,
-                                 -1e37,
-                                 2e37,
-                                 -3e38,
-                                 1e-45,
-                                 std::nextafter(1e37, inf),
-                                 std::nextafter(-1e37, -inf)};
+  const double above = std::nextafter(1e37, inf);
+  std::vector<double> numbers = {inf, -inf, nan, -0.0, 5e-324, -5e-324, 0.49999999999999994};
+  for (const double x : {4503599627370497.5, 1e37, -1e37, 3e38, -3e38, 1e-45, above, -above})
+    numbers.push_back(x);
   for (const double limit : {0.0, 255.0, 32767.0, 65535.0, 2147483647.0, 4294967295.0, -32767.0, -2147483647.0})
     for (const double step : {-2.0, -1.0, -0.6, -0.5, -0.4, 0.0, 0.4, 0.5, 1.0, 2.0})
       for (const double x : {limit + step, std::nextafter(limit + step, -inf)}) numbers.push_back(x);
@@ -69,20 +57,10 @@ std::vector<S> samples() {
   for (const double x : numbers)
     if constexpr (std::is_same_v<S, korvo_dcomplex>)
       all.insert(all.end(), {{x, 0.0}, {x, -0.0}, {x, 1.0}, {x, nan}, {x, 5e-324}});
-    else if constexpr (std::is_floating_point_v<S>)
-      all.push_back(static_cast<S>(x));
-    else if (std::trunc(x) == x && x >= double{std::numeric_limits<S>::min()} &&
-             x <= double{std::numeric_limits<S>::max()})
+    else if (std::is_floating_point_v<S> || (std::trunc(x) == x && x >= double{std::numeric_limits<S>::min()} &&
+                                             x <= double{std::numeric_limits<S>::max()}))
       all.push_back(static_cast<S>(x));
   return all;
-}
-
-// All bits, but any NaN for a NaN.
-template <class T>
-bool same_bits(const T& a, const T& b) {
-  if constexpr (std::is_floating_point_v<T>)
-    if (std::isnan(a) && std::isnan(b)) return true;
-  return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
 template <class S>
@@ -105,9 +83,10 @@ void expect_run(const std::vector<element<M>>& numbers, std::uint8_t clip) {
   const _korvo_errcode result = matuniv_cast(&source, clip, host.intrp_ptr(), &destination);
   bool stopped = false;
   for (std::int32_t i = 0; i < n; ++i) {
-    const auto expected = rule<element<N>>(in.data[i]);
-    stopped = stopped || (!expected.fits && clip == 0);
-    ASSERT_TRUE(same_bits(out.data[i], stopped ? out.post() : expected.value))
+    const auto [value, fits] = rule<element<N>>(in.data[i]);
+    stopped = stopped || (!fits && clip == 0);
+    const auto expected = stopped ? out.post() : value;
+    ASSERT_EQ(std::memcmp(&out.data[i], &expected, sizeof expected), 0)
         << "element " << i << " of " << n << " from type " << source.type << " to " << destination.type;
   }
   EXPECT_EQ(result, stopped ? KORVO_ERR_OVERFLOW : KORVO_ERR_OK);
@@ -117,20 +96,18 @@ void expect_run(const std::vector<element<M>>& numbers, std::uint8_t clip) {
 
 template <class M, class N>
 void expect_rule() {
-  using S = element<M>;
-  const std::vector<S> all = samples<S>();
-  std::vector<S> fitting;
-  std::vector<S> misfits;
-  for (const S& x : all) (rule<element<N>>(x).fits ? fitting : misfits).push_back(x);
-  for (std::size_t i = 0; i < all.size(); ++i) expect_run<M, N>(some_of(all, 1, i), 0);
-  for (const std::size_t count : {1U, 2U, 3U, 7U, 8U, 9U, 15U, 17U, 31U, 33U, 63U, 65U, 130U})
+  const auto all = samples<element<M>>();
+  std::vector<element<M>> fitting, misfits;
+  for (const auto& x : all) (rule<element<N>>(x).fits ? fitting : misfits).push_back(x);
+  for (std::size_t i = 0; i < all.size(); ++i) expect_run<M, N>({all[i]}, 0);
+  for (const std::size_t count : {1U, 2U, 3U, 7U, 8U, 9U, 15U, 17U, 31U, 33U, 63U, 65U, 400U})
     for (const std::size_t first : {0U, 50U, 100U, 150U}) {
       expect_run<M, N>(some_of(all, count, first), 2);
       expect_run<M, N>(some_of(fitting, count, first), 0);
     }
-  for (const std::size_t offender : {0U, 2047U, 2048U, 5000U})
+  for (const std::size_t offender : {0U, 2047U, 2048U, 5000U})  // around the strips of a cast
     for (std::size_t i = 0; i < misfits.size(); i += 7) {
-      std::vector<S> numbers = some_of(fitting, 5003, i);
+      auto numbers = some_of(fitting, 5003, i);
       numbers[offender] = misfits[i];
       expect_run<M, N>(numbers, 0);
     }
@@ -152,78 +129,47 @@ TEST(Cast, FollowsTheRuleAtEachLevel) {
 
 TEST(Cast, RoundsHalvesUpAndComparesWhatIsRounded) {
   const dbl_matrix in(1, 9, {-0.4, -0.5, 2.5, 255.4, 255.5, -0.6, -2.5, -32768.0, nan});
-  u8_matrix bytes(1, 9);
-  s16_matrix shorts(1, 9);
-  EXPECT_EQ(matdbl_cast_to_u8(&in, 0, nullptr, &bytes), KORVO_ERR_OVERFLOW);
-  EXPECT_EQ(bytes.elements(), u8_matrix(1, 9, {0, 0, 3, 255}).elements());
+  s16_matrix shorts(1, 9), turned(9, 1);
+  const _dbl_mat no_data = {1, 9, 9, nullptr};
+  _s16_mat no_rows = {0, 3, 0, nullptr};
+  EXPECT_EQ(matdbl_cast_to_s16(&no_data, 0, nullptr, &no_rows), KORVO_ERR_NULL_POINTER);
+  EXPECT_EQ(matdbl_cast_to_s16(&in, 0, nullptr, &turned), KORVO_ERR_ILLEGAL_SIZE) << "before any element";
   EXPECT_EQ(matdbl_cast_to_s16(&in, 2, nullptr, &shorts), KORVO_ERR_OK);
   EXPECT_EQ(shorts.elements(), s16_matrix(1, 9, {0, 0, 3, 255, 256, -1, -2, -32767, -32767}).elements());
-  const _dbl_mat no_data = {1, 9, 9, nullptr};
-  _u8_mat no_rows = {0, 3, 0, nullptr};
-  _u8_mat no_bytes = {1, 9, 9, nullptr};
-  u8_matrix turned(9, 1);
-  EXPECT_EQ(matdbl_cast_to_u8(&no_data, 0, nullptr, &no_rows), KORVO_ERR_NULL_POINTER);
-  EXPECT_EQ(matdbl_cast_to_u8(&in, 0, nullptr, &no_bytes), KORVO_ERR_NULL_POINTER);
-  EXPECT_EQ(matdbl_cast_to_u8(&in, 0, nullptr, &turned), KORVO_ERR_ILLEGAL_SIZE) << "before any element";
 }
 
 TEST(UniversalCast, HasThePairsOfTheTable) {
-  double from[2] = {};
-  double to[2] = {};
+  double from[2] = {}, to[2] = {};
   for (int s = -1; s <= 9; ++s)
     for (int d = -1; d <= 9; ++d) {
       const _univ_mat in = {1, 1, 1, from, static_cast<_korvo_type>(s)};
       _univ_mat out = {1, 1, 1, to, static_cast<_korvo_type>(d)};
       const bool exists = s >= 0 && s <= 8 && d >= 0 && d <= 8 && pairs[s][d] == 'y';
       EXPECT_EQ(matuniv_cast(&in, 0, nullptr, &out), exists ? KORVO_ERR_OK : KORVO_ERR_ILLEGAL_TYPE) << s << d;
-      EXPECT_EQ(matuniv_cast(nullptr, 0, nullptr, &out), KORVO_ERR_NULL_POINTER);
-      EXPECT_EQ(matuniv_cast(&in, 0, nullptr, nullptr), KORVO_ERR_NULL_POINTER);
     }
-  const s16_matrix lowest(1, 1, -32768);
-  s16_matrix copy(1, 1);
-  const _univ_mat source = lowest.universal();
-  _univ_mat destination = copy.universal();
-  EXPECT_EQ(matuniv_cast(&source, 0, nullptr, &destination), KORVO_ERR_OK);
-  EXPECT_EQ(copy(0, 0), -32768) << "a copy has no range test";
 }
 
 TEST(Complex, IsPutTogetherAndTakenApart) {
-  dbl_matrix real(1, 2, {1, 2});
-  dbl_matrix imag(1, 2, {3, 4});
-  dbl_matrix other(2, 1);
-  const _dbl_mat no_data = {1, 2, 2, nullptr};
-  cpx_matrix out(1, 2, korvo_dcomplex{7, 7});
-  const auto make = [&](const _dbl_mat* re, const _dbl_mat* im) {
-    return matdbl_to_complex(re, im, nullptr, &out);
+  const dbl_matrix real(1, 1, 2), imag(1, 1, 4);
+  dbl_matrix other(2, 1), re(1, 1), im(1, 1);
+  cpx_matrix out(1, 1);
+  const auto expect = [&](const _dbl_mat* a, const _dbl_mat* b, _korvo_errcode code, korvo_dcomplex left) {
+    EXPECT_EQ(matdbl_to_complex(a, b, nullptr, &out), code);
+    EXPECT_EQ(out(0, 0), left);
   };
-  const auto parts = [&](double a, double b, double c, double d) {
-    return out(0, 0) == korvo_dcomplex{a, b} && out(0, 1) == korvo_dcomplex{c, d};
-  };
-  EXPECT_EQ(make(nullptr, nullptr), KORVO_ERR_NULL_POINTER);
-  EXPECT_EQ(make(&real, &no_data), KORVO_ERR_NULL_POINTER);
-  EXPECT_EQ(make(&real, &other), KORVO_ERR_ILLEGAL_SIZE);
-  EXPECT_EQ(make(&other, nullptr), KORVO_ERR_ILLEGAL_SIZE);
-  EXPECT_TRUE(parts(7, 7, 7, 7));
-  EXPECT_EQ(make(nullptr, &other), KORVO_ERR_ILLEGAL_SIZE);
-  EXPECT_TRUE(parts(0, 7, 0, 7)) << "the real parts have been cleared by then";
-  EXPECT_EQ(make(nullptr, &imag), KORVO_ERR_OK);
-  EXPECT_TRUE(parts(0, 3, 0, 4));
-  EXPECT_EQ(make(&real, nullptr), KORVO_ERR_OK);
-  EXPECT_TRUE(parts(1, 0, 2, 0));
-  EXPECT_EQ(make(&real, &imag), KORVO_ERR_OK);
-  EXPECT_TRUE(parts(1, 3, 2, 4));
-  expect_tallies([&](void* host) { return matdbl_to_complex(&real, &imag, host, &out); }, {2.0, 4.0});
-  dbl_matrix re(1, 2);
-  dbl_matrix im(1, 2);
-  EXPECT_EQ(matdbl_to_complex(&real, &imag, nullptr, nullptr), KORVO_ERR_NULL_POINTER);
-  EXPECT_EQ(matcpx_to_double(nullptr, nullptr, &re, &im), KORVO_ERR_NULL_POINTER);
+  expect(nullptr, nullptr, KORVO_ERR_NULL_POINTER, {0, 0});
+  expect(&real, &other, KORVO_ERR_ILLEGAL_SIZE, {0, 0});
+  expect(&real, nullptr, KORVO_ERR_OK, {2, 0});
+  expect(nullptr, &imag, KORVO_ERR_OK, {0, 4});
+  expect(&real, &imag, KORVO_ERR_OK, {2, 4});
   EXPECT_EQ(matcpx_to_double(&out, nullptr, nullptr, nullptr), KORVO_ERR_NULL_POINTER);
   EXPECT_EQ(matcpx_to_double(&out, nullptr, &re, &other), KORVO_ERR_ILLEGAL_SIZE);
-  EXPECT_EQ(re.elements(), real.elements()) << "the first part has been taken by then";
-  EXPECT_EQ(matcpx_to_double(&out, nullptr, &other, &im), KORVO_ERR_ILLEGAL_SIZE);
+  EXPECT_EQ(re(0, 0), 2) << "the first part has been taken by then";
   EXPECT_EQ(matcpx_to_double(&out, nullptr, nullptr, &im), KORVO_ERR_OK);
-  EXPECT_EQ(im.elements(), imag.elements());
-  expect_tallies([&](void* host) { return matcpx_to_double(&out, host, &re, &im); }, {4.0, 4.0});
+  EXPECT_EQ(im(0, 0), 4);
+  expect_tallies([&](void* host) { return matdbl_to_complex(&real, &imag, host, &out); }, {1.0, 2.0});
+  expect_tallies([&](void* host) { return matcpx_to_double(&out, host, &re, &im); }, {2.0, 2.0});
+  expect(nullptr, &other, KORVO_ERR_ILLEGAL_SIZE, {0, 4});  // the real parts have been cleared by then
 }
 
 }  // namespace

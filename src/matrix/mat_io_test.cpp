@@ -2,217 +2,211 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <random>
-#include <string>
-#include <vector>
+#include <sstream>
 
-#include "core/dispatch.hpp"
+#include "korvos/core/ut_alloc.h"
 #include "matrix/mat_io.hpp"
+#include "tests/support/costs.hpp"
 #include "tests/support/heap.hpp"
-#include "tests/support/mat_io_forms.hpp"
+#include "tests/support/locale.hpp"
 #include "tests/support/matrix.hpp"
 #include "tests/support/stream.hpp"
 
 using namespace korvo;
+using namespace std::string_literals;
 
 namespace {
 
+constexpr code good = KORVO_ERR_OK, io = KORVO_ERR_IO, bad_value = KORVO_ERR_ILLEGAL_VALUE,
+               bad_size = KORVO_ERR_ILLEGAL_SIZE, bad_type = KORVO_ERR_ILLEGAL_TYPE,
+               null = KORVO_ERR_NULL_POINTER;
+
+// The exported forms of a type; the raw forms of u8 are given the flag that they lack.
 template <class M>
-using forms = mat_io_forms<M>;
+struct routines {
+  code (*print)(FILE*, const M*, const char*, std::int32_t, void*);
+  code (*parse)(FILE*, void*, M*);
+  code (*write_ascii)(FILE*, const M*, const char*, std::uint16_t, void*);
+  code (*read_ascii)(FILE*, char, char, void*, M*);
+  code (*write_raw)(FILE*, const M*, std::uint8_t, void*);
+  code (*read_raw)(FILE*, std::int32_t, std::uint8_t, void*, M*);
+};
+#define TEXT_FORMS(mat) mat##_print, mat##_parse, mat##_write_ascii, mat##_read_ascii
+#define FORMS(M, mat) constexpr routines<M> mat##_forms{TEXT_FORMS(mat), mat##_write_raw, mat##_read_raw};
+FORMS(_u16_mat, matu16)
+FORMS(_u32_mat, matu32)
+FORMS(_s16_mat, mats16)
+FORMS(_s32_mat, mats32)
+FORMS(_flt_mat, matflt)
+FORMS(_dbl_mat, matdbl)
+FORMS(_univ_mat, matuniv)
+constexpr routines<_u8_mat> matu8_forms{
+    TEXT_FORMS(matu8),
+    [](FILE* f, const _u8_mat* m, std::uint8_t, void* h) { return matu8_write_raw(f, m, h); },
+    [](FILE* f, std::int32_t n, std::uint8_t, void* h, _u8_mat* m) { return matu8_read_raw(f, n, h, m); }};
 
-// The ends of what a type takes, and other numbers that are easily lost.
-template <class M>
-matrix<M> extremes() {
-  using T = element<M>;
-  using limits = std::numeric_limits<T>;
-  if constexpr (std::is_floating_point_v<T>)
-    return {3, 2, {-1e37, 1e37, limits::denorm_min(), -0.0, 100, 1 + limits::epsilon()}};
-  else
-    return {3, 2, {accepted<T>::lowest, accepted<T>::highest, 0, 1, 100, 10}};
-}
-
-TEST(Print, WritesExactlyThis) {
-  const dbl_matrix four(2, 2, {1, 2, 3, 4});
-  EXPECT_EQ(text_of(matdbl_print, &four, nullptr, 0, nullptr),
-            "double Matrix: nrow=2, ncol=2  {\n    Row[0]:  1 2 \n    Row[1]:  3 4 \n}\n");
-
-  // The width of the element before decides where a line ends, from one row to the next too.
-  const s16_matrix lines(2, 5, {1, 2, 3, 4, -10000, 6, 7, 8, 9, 10});
-  const _univ_mat mat = lines.universal();
-  EXPECT_EQ(text_of(matuniv_print, &mat, nullptr, 19, nullptr),
-            "sint16 Matrix: nrow=2, ncol=5  {\n"
-            "    Row[0]:  1 2 3 \n             4 -10000 \n"
-            "    Row[1]:  \n             6 7 \n             8 9 \n             10 \n}\n");
-  // The first element counts as one wide before it is known.
-  const flt_matrix one(1, 1, {0.5});
-  EXPECT_EQ(text_of(matflt_print, &one, nullptr, 14, nullptr),
-            "float Matrix: nrow=1, ncol=1  {\n    Row[0]:  0.5 \n}\n");
-  EXPECT_EQ(text_of(matflt_print, &one, nullptr, 13, nullptr),
-            "float Matrix: nrow=1, ncol=1  {\n    Row[0]:  \n             0.5 \n}\n");
-  const u8_matrix tall(100, 2);
-  EXPECT_TRUE(text_of(matu8_print, &tall, "<%3u%%>", 1, nullptr)
-                  .starts_with("uint8 Matrix: nrow=100, ncol=2  {\n"
-                               "    Row[ 0]:  \n              <  0%>\n              <  0%>\n    Row[ 1]:  \n"));
-}
-
-TEST(Print, ConvertsElementsToTheTypeThatTheFormatNames) {
-  const auto expect = [](auto print, const auto& mat, std::initializer_list<const char*> formats,
-                         const std::string& element) {
-    for (const char* format : formats) {
-      const std::string text = text_of(print, &mat, format, 0, nullptr);
-      const std::size_t start = text.find(":  ") + 3;
-      EXPECT_EQ(text.substr(start, text.size() - 3 - start), element) << format;
-    }
+// Calls test(M{}, forms, given) for the typed and the universal forms of each type; given(mat) is their record.
+template <class Test>
+void each_form(Test test) {
+  const auto both = [&]<class M>(const routines<M>& typed) {
+    test(M{}, typed, [](const matrix<M>& mat) -> M { return mat; });
+    test(M{}, matuniv_forms, [](const matrix<M>& mat) { return mat.universal(); });
   };
-  const s32_matrix whole(1, 1, {-2});
-  expect(mats32_print, whole, {"%d", "%i", "%ld", "%hd", "%hhd", "%lld", "%jd", "%zd", "%td"}, "-2");
-  expect(mats32_print, whole, {"%x", "%lx"}, "fffffffe");  // long has 32 bits
-  expect(mats32_print, whole, {"%hhX"}, "FE");
-  expect(mats32_print, whole, {"a%% %+-6.3ld|"}, "a% -002  |");
-  const matrix<_u32_mat> large(1, 1, {4000000000.0});
-  expect(matu32_print, large, {"%u", "%lu", "%llu", "%ju", "%zu", "%tu", "%lld"}, "4000000000");
-  expect(matu32_print, large, {"%d", "%ld"}, "-294967296");
-  const dbl_matrix real(1, 1, {3.25});
-  expect(matdbl_print, real, {"%g", "%lg", "%Lg", "%.2f", "%.2lF", "%.2Lf"}, "3.25");
-  expect(matdbl_print, real, {"%.1a"}, "0x1.ap+1");
+  both(matu8_forms), both(matu16_forms), both(matu32_forms), both(matflt_forms);
+  both(mats16_forms), both(mats32_forms), both(matdbl_forms);
 }
 
-TEST(Print, RefusesFormatsThatDoNotTakeOneElement) {
-  const auto refuses = [](auto print, const auto& mat, const std::string& formats) {
-    for (std::size_t start = 0, end; start <= formats.size(); start = end + 1) {
-      end = std::min(formats.find('|', start), formats.size());
-      const std::string format = formats.substr(start, end - start);
-      fault_stream stream;
-      EXPECT_EQ(print(stream.get(), &mat, format.c_str(), 0, nullptr), KORVO_ERR_ILLEGAL_VALUE) << format;
-      EXPECT_EQ(stream.text(), "");
-    }
-  };
-  refuses(mats32_print, s32_matrix(1, 1),
-          "|plain|%%|%|%5|%5.|%-l|%n|%ld%n|%n%ld|%hhn|%s|%ls|%c|%p|%m|%*d|%.*d|%1$d|%d%d|%d %*d|%% %|%d%|%hhhd"
-          "|%lhd|%llld|% %d|%?d|%g|%lf|%Ld|%Lx");
-  refuses(matflt_print, flt_matrix(1, 1), "%d|%lu|%hg|%hhg|%llg|%jg|%zg|%tg|%LLg|%g %g|%*g|%n");
-}
-
-TEST(Parse, ReadsBackWhatWasPrintedMatrixAfterMatrix) {
+// What a routine writes with these arguments, and the code that it gives on a file.
+template <class... P, class... A>
+std::string text_of(code (*form)(FILE*, P...), const A&... arguments) {
   fault_stream stream;
-  each_record(real_records{}, [&]<class M> {
-    const matrix<M> mat = extremes<M>();
-    const char* const lossless = is_floating(tag<M>::type) ? "%.17g " : nullptr;
-    EXPECT_EQ(forms<M>::print(stream.get(), &mat, lossless, 20, nullptr), KORVO_ERR_OK);
-  });
-  fault_stream typed(stream.text() + "rest");
-  fault_stream universal(stream.text() + "rest");
-  each_record(real_records{}, [&]<class M> {
-    const matrix<M> mat = extremes<M>();
-    made<M> back;
-    made<_univ_mat> as_well;
-    ASSERT_EQ(forms<M>::parse(typed.get(), nullptr, &back), KORVO_ERR_OK);
-    EXPECT_TRUE(same_elements<M>(mat, back));
-    ASSERT_EQ(matuniv_parse(universal.get(), nullptr, &as_well), KORVO_ERR_OK);
-    EXPECT_EQ(as_well.type, tag<M>::type);
-    EXPECT_TRUE(same_elements<M>(mat, as<M>(as_well)));
-  });
-  EXPECT_EQ(typed.rest(), "\nrest");
+  EXPECT_EQ(form(stream.get(), static_cast<P>(arguments)...), good);
+  return stream.text();
+}
+template <class... P, class... A>
+code result_on(const std::string& file, code (*form)(FILE*, P...), const A&... arguments) {
+  return form(fault_stream(file).get(), static_cast<P>(arguments)...);
 }
 
-// The code of parse, which must leave nothing behind.
+// Parses into an unset record, which a parse that fails must leave without data; *again is what it prints.
 template <class M>
-code parsed(const std::string& text, element<M>* first = nullptr) {
-  const int live_before = heap::live_blocks();
-  code result;
-  {
-    element<M> none{};
-    made<M> mat;
-    mat.data = &none;
-    result = result_on(text, forms<M>::parse, nullptr, &mat);
-    if (result == KORVO_ERR_OK && first) *first = mat.data[0];
-    EXPECT_TRUE(result == KORVO_ERR_OK || mat.data == nullptr);
-  }
-  EXPECT_EQ(heap::live_blocks(), live_before) << text;
+code parsed(FILE* stream, const routines<M>& forms, void* host = nullptr, std::string* again = nullptr,
+            const char* format = nullptr) {
+  M mat;
+  std::memset(&mat, 1, sizeof mat);
+  const code result = forms.parse(stream, host, &mat);
+  EXPECT_EQ(mat.data != nullptr, result == good);
+  if (again && result == good) *again = text_of(forms.print, &mat, format, 20, nullptr);
+  (void)korvo_free(mat.data);
   return result;
 }
 
-template <class M>
-std::string printed(const std::string& rows, const std::string& cols, const std::string& first) {
-  return text_form<M>::word + (" Matrix: nrow=" + rows) + ", ncol=" + cols + "  {\n    Row[0]:  " + first +
-         " \n}\n";
+TEST(MatIo, WritesExactlyThis) {
+  const auto writes = [](const std::string& text, auto form, const auto& mat, auto... arguments) {
+    EXPECT_EQ(text_of(form, &mat, arguments..., nullptr), text);
+  };
+  writes("double Matrix: nrow=2, ncol=2  {\n    Row[0]:  1 2 \n    Row[1]:  3 4 \n}\n", matdbl_print,
+         dbl_matrix(2, 2, {1, 2, 3, 4}), nullptr, 0);
+  // The width of the element before decides where a line ends, from one row to the next too.
+  writes(
+      "sint16 Matrix: nrow=2, ncol=5  {\n    Row[0]:  1 2 3 \n             4 -10000 \n"
+      "    Row[1]:  \n             6 7 \n             8 9 \n             10 \n}\n",
+      mats16_print, s16_matrix(2, 5, {1, 2, 3, 4, -10000, 6, 7, 8, 9, 10}), nullptr, 19);
+  // The first element counts as one wide before it is known.
+  const flt_matrix half(1, 1, {0.5});
+  const std::string heading = "float Matrix: nrow=1, ncol=1  {\n    Row[0]:  ";
+  writes(heading + "0.5 \n}\n", matflt_print, half, nullptr, 14);
+  writes(heading + "\n             0.5 \n}\n", matflt_print, half, nullptr, 13);
+  const u8_matrix three(3, 1, {1, 2, 30});
+  writes("1 2 30\n", matu8_write_ascii, three, nullptr, 70);
+  writes("1, 2, \n30\n", matu8_write_ascii, three, ", ", 8);   // 3 a number
+  writes("\n1,\n2,\n30\n", matu8_write_ascii, three, ",", 3);  // too short for any
+  writes("      -0.5;1.23457e+06\n", matdbl_write_ascii, dbl_matrix(1, 2, {-0.5, 1234567}), ";", 99);
+  writes("\x3f\0\0\0"s, matflt_write_raw, half, 2);
+  writes("\1\0\xfe\xff"s, mats16_write_raw, s16_matrix(1, 2, {1, -2}), 0);
 }
 
+TEST(Print, TakesFormatsOfOneElementAndConvertsItToTheTypeTheyName) {
+  const auto prints = [](auto print, const auto& mat, const char* element, std::string formats) {
+    for (std::size_t end; !formats.empty(); formats.erase(0, end + 1)) {
+      end = formats.find('|');
+      fault_stream out;
+      EXPECT_EQ(print(out.get(), &mat, formats.substr(0, end).c_str(), 0, nullptr), element ? good : bad_value);
+      const std::string text = out.text(), expected = element ? element + "\n}\n"s : "";
+      EXPECT_EQ(element ? text.substr(text.find(":  ") + 3) : text, expected) << formats;
+    }
+  };
+  const s32_matrix whole(1, 1, {-2});
+  prints(mats32_print, whole, "-2", "%d|%i|%ld|%hd|%hhd|%lld|%jd|%zd|%td|");
+  prints(mats32_print, whole, "fffffffe", "%x|%lx|");  // long has 32 bits
+  prints(mats32_print, whole, "a% -002  FE", "a%% %+-6.3ldFE|");
+  prints(mats32_print, whole, nullptr,
+         "|plain|%%|%|%5|%5.|%-l|%n|%ld%n|%n%ld|%hhn|%s|%ls|%c|%p|%m|%*d|%.*d|%1$d|%d%d|%d %*d|%% %|%d%|%hhhd"
+         "|%lhd|%llld|% %d|%?d|%g|%lf|%Ld|%Lx|");
+  const matrix<_u32_mat> large(1, 1, {4000000000.0});
+  prints(matu32_print, large, "4000000000", "%u|%lu|%llu|%ju|%zu|%tu|%lld|");
+  prints(matu32_print, large, "-294967296", "%d|%ld|");
+  const flt_matrix real(1, 1, {3.25});
+  prints(matflt_print, real, "3.25", "%g|%lg|%Lg|%.2f|%.2lF|%.2Lf|");
+  prints(matflt_print, real, nullptr, "%d|%lu|%hg|%hhg|%llg|%jg|%zg|%tg|%LLg|%g %g|%*g|%n|");
+  const u8_matrix tall(100, 1);
+  EXPECT_TRUE(text_of(matu8_print, &tall, "<%3u%%>", 1, nullptr)
+                  .starts_with("uint8 Matrix: nrow=100, ncol=1  {\n    Row[ 0]:  \n              <  0%>\n"));
+}
+
+// The first allocation fails, and nothing is allocated before a heading has been found good.
 TEST(Parse, RefusesHeadingsThatLie) {
-  EXPECT_EQ(parsed<_u8_mat>(printed<_u8_mat>("1", "1", "7")), KORVO_ERR_OK);
-  EXPECT_EQ(parsed<_u8_mat>(printed<_u16_mat>("1", "1", "7")), KORVO_ERR_IO);
-  for (const char* none : {"0", "-3", "-2147483648"}) {
-    EXPECT_EQ(parsed<_u8_mat>(printed<_u8_mat>(none, "1", "7")), KORVO_ERR_ILLEGAL_SIZE);
-    EXPECT_EQ(parsed<_u8_mat>(printed<_u8_mat>("1", none, "7")), KORVO_ERR_ILLEGAL_SIZE);
-  }
-  for (const char* wide :
-       {"2147483648", "4294967297", "-2147483649", "18446744073709551617", "99999999999999999999"})
-    EXPECT_EQ(parsed<_u8_mat>(printed<_u8_mat>("0", wide, "7")), KORVO_ERR_ILLEGAL_VALUE) << wide;
-  // Products that wrap to 2, to 1, to 0; the first that is too large, and the largest, which is asked for.
-  EXPECT_EQ(parsed<_u8_mat>(printed<_u8_mat>("1431655766", "3", "7 7")), KORVO_ERR_ILLEGAL_VALUE);
-  EXPECT_EQ(parsed<_dbl_mat>(printed<_dbl_mat>("2147483647", "2147483647", "7")), KORVO_ERR_ILLEGAL_VALUE);
-  EXPECT_EQ(parsed<_s16_mat>(printed<_s16_mat>("65536", "65536", "7")), KORVO_ERR_ILLEGAL_VALUE);
-  EXPECT_EQ(parsed<_dbl_mat>(printed<_dbl_mat>("1", "268435456", "7")), KORVO_ERR_ILLEGAL_VALUE);
-  heap::fail_at(1);
-  EXPECT_EQ(parsed<_dbl_mat>(printed<_dbl_mat>("1", "268435455", "7")), KORVO_ERR_MALLOC);
+  const auto refuses = [](code expected, std::initializer_list<const char*> headings) {
+    for (const char* sizes : headings) {
+      const std::string text = "double Matrix: nrow="s + sizes + "  {\n    Row[0]:  7 7 \n}\n";
+      heap::fail_at(1);
+      EXPECT_EQ(parsed(fault_stream(text).get(), matdbl_forms), expected) << text;
+      heap::fail_at(1);
+      EXPECT_EQ(parsed(fault_stream(text).get(), matuniv_forms), expected) << text;
+    }
+  };
+  refuses(KORVO_ERR_MALLOC, {"1, ncol=268435455"});
+  refuses(bad_size, {"0, ncol=1", "1, ncol=-3", "-2147483648, ncol=-2147483648"});
+  refuses(bad_value, {"1, ncol=268435456", "0, ncol=2147483648", "4294967297, ncol=0", "1, ncol=-2147483649",
+                      "18446744073709551617, ncol=1", "1, ncol=99999999999999999999"});
+  // Products that wrap to 2, to 1 and to 0.
+  refuses(bad_value, {"1431655766, ncol=3", "2147483647, ncol=2147483647", "65536, ncol=65536"});
+  refuses(io, {"1 , ncol=1", "1, ncol=x"});
   heap::fail_never();
 }
 
 TEST(Parse, TakesAnyWhiteSpaceAndAsksForNoLabels) {
-  EXPECT_EQ(parsed<_flt_mat>("\n\t float\nMatrix:nrow= 2,ncol= 1\n{Row[ 7]:1 Row[\n-9 ]:2}"), KORVO_ERR_OK);
-  EXPECT_EQ(parsed<_flt_mat>("float Matrix: nrow=2, ncol=1 1 2 }"), KORVO_ERR_OK);
-  for (const char* bad :
-       {"nrow=2 , ncol=1 {1 2}", "nrow=2, ncol=1 {1 2 3}", "nrow=2, ncol=1 {1 2", "nrow=2, ncol=1 {1 x}"})
-    EXPECT_EQ(parsed<_flt_mat>(std::string("float Matrix: ") + bad), KORVO_ERR_IO);
-}
-
-TEST(Parse, UniversalFormLeavesTheStreamWhereAWordIsNotKnown) {
-  for (const std::string& word :
-       {std::string("complex"), std::string("doubleMatrix:"), std::string(3000, 'x'), std::string()}) {
+  const std::string plain = "float Matrix: nrow=2, ncol=1  {\n    Row[0]:  1 \n    Row[1]:  2 \n}\n";
+  std::string again;
+  for (const char* text :
+       {"\n\t float\nMatrix:nrow= 2,ncol= 1\n{Row[ 7]:1 Row[\n-9 ]:2}", "float Matrix: nrow=2, ncol=1 1 2 }"}) {
+    EXPECT_EQ(parsed(fault_stream(text).get(), matflt_forms, nullptr, &again), good) << text;
+    EXPECT_EQ(again, plain);
+  }
+  for (const char* text : {"float Matrix: nrow=2, ncol=1 {1 2 3}", "float Matrix: nrow=2, ncol=1 {1 x}",
+                           "double Matrix: nrow=2, ncol=1 {1 2}"})
+    EXPECT_EQ(parsed(fault_stream(text).get(), matflt_forms), io) << text;
+  // The universal form leaves the stream where a word is not known.
+  for (const std::string& word : {"complex"s, "doubleMatrix:"s, std::string(3000, 'x'), ""s}) {
     fault_stream stream(" " + word);
-    made<_univ_mat> mat;
-    EXPECT_EQ(matuniv_parse(stream.get(), nullptr, &mat), word.empty() ? KORVO_ERR_IO : KORVO_ERR_ILLEGAL_TYPE);
+    EXPECT_EQ(parsed(stream.get(), matuniv_forms), word.empty() ? io : bad_type);
     EXPECT_EQ(stream.rest(), stream.text());
   }
 }
 
-// What becomes of a number as an element of a printed matrix and of a list.
-template <class M>
-void accepts(const std::string& number, double value) {
-  element<M> element{};
-  matrix<M> listed(1, 1);
-  EXPECT_EQ(parsed<M>(printed<M>("1", "1", number), &element), KORVO_ERR_OK) << number;
-  EXPECT_EQ(element, value) << number;
-  EXPECT_EQ(result_on(number, forms<M>::read_ascii, 0, 0, nullptr, &listed), KORVO_ERR_OK) << number;
-  EXPECT_EQ(listed.data[0], value) << number;
-}
-template <class M>
-void refuses(const std::string& number) {
-  matrix<M> listed(1, 1);
-  EXPECT_EQ(parsed<M>(printed<M>("1", "1", number)), KORVO_ERR_ILLEGAL_VALUE) << number;
-  EXPECT_EQ(result_on(number, forms<M>::read_ascii, 0, 0, nullptr, &listed),
-            is_floating(tag<M>::type) ? KORVO_ERR_OK : KORVO_ERR_IO)
-      << number;
-}
-
 TEST(MatIoNumbers, HaveTheRangesOfTheirTypeAfterTheirCut) {
-  accepts<_u8_mat>("255", 255), accepts<_u8_mat>("+65537", 1);
-  refuses<_u8_mat>("256"), refuses<_u8_mat>("-1");
-  accepts<_u16_mat>("70000", 4464), accepts<_u16_mat>("-1", 65535);
-  accepts<_u16_mat>("99999999999999999999999", 65535), accepts<_u16_mat>("-18446744073709551614", 2);
-  accepts<_u16_mat>("-99999999999999999999999", 65535);
-  accepts<_s16_mat>("-32767", -32767), accepts<_s16_mat>("40000", -25536);
-  refuses<_s16_mat>("-32768"), refuses<_s16_mat>("32768");
-  accepts<_u32_mat>("4294967295", 4294967295.0), accepts<_u32_mat>("-0", 0);
-  refuses<_u32_mat>("4294967296"), refuses<_u32_mat>("-1"), refuses<_u32_mat>("-18446744073709551615");
-  accepts<_s32_mat>("2147483647", 2147483647), accepts<_s32_mat>("-2147483647", -2147483647);
-  refuses<_s32_mat>("-2147483648"), refuses<_s32_mat>("2147483648"), refuses<_s32_mat>("-4294967297");
-  accepts<_dbl_mat>("1e37", 1e37), accepts<_flt_mat>("-1e37", -1e37F), accepts<_dbl_mat>("0x1p-3", 0.125);
-  for (const char* number : {"1.00001e37", "-2e37", "inf", "-inf", "nan"})
-    refuses<_dbl_mat>(number), refuses<_flt_mat>(number);
+  const struct {
+    _korvo_type type;
+    const char* numbers;  // with what each becomes; the others are refused
+  } rows[] = {
+      {KORVO_UINT8, "255=255 +65537=1 256 -1"},
+      {KORVO_UINT16, "70000=4464 -1=65535 99999999999999999999=65535 -18446744073709551614=2"},
+      {KORVO_UINT32, "4294967295=4294967295 -0=0 4294967296 -1 -18446744073709551615"},
+      {KORVO_SINT16, "-32767=-32767 40000=-25536 -32768 32768"},
+      {KORVO_SINT32, "2147483647=2147483647 -2147483647=-2147483647 -2147483648 2147483648 -4294967297"},
+      {KORVO_FLOAT, "-1e37=-1e+37 -2e37 1.00001e37 inf -inf nan"},
+      {KORVO_DOUBLE, "1e37=1e+37 0x1p-3=0.125 -2e37 1.00001e37 inf -inf nan"}};
+  for (const auto& row : rows) {
+    std::istringstream words(row.numbers);
+    for (std::string word; words >> word;) {
+      const std::size_t end = word.find('=');
+      const bool taken = end != std::string::npos;
+      const std::string number = word.substr(0, end);
+      double element = 0;
+      _univ_mat mat{1, 1, 1, &element, row.type};
+      std::string again, text = text_of(matuniv_print, &mat, nullptr, 0, nullptr);
+      text.replace(text.size() - 5, 1, number);
+      EXPECT_EQ(parsed(fault_stream(text).get(), matuniv_forms, nullptr, &again), taken ? good : bad_value);
+      const code listed = taken || is_floating(row.type) ? good : io;
+      EXPECT_EQ(result_on(number, matuniv_read_ascii, 0, 0, nullptr, &mat), listed) << word;
+      if (!taken) continue;
+      EXPECT_EQ(again.substr(again.find(":  ") + 3), word.substr(end + 1) + " \n}\n") << word;
+      EXPECT_EQ(text_of(matuniv_print, &mat, nullptr, 0, nullptr), again) << word;
+    }
+  }
 }
 
 // Whole numbers are scanned by hand: the formatted scanner of the runtime is the twin, for what is read, what
@@ -223,126 +217,202 @@ TEST(MatIoNumbers, AreScannedAsTheRuntimeDoes) {
   for (int trial = 0; trial < 3000; ++trial) {
     std::string text(engine() % 24, ' ');
     for (char& c : text) c = alphabet[engine() % (trial % 2 ? alphabet.size() : 16)];
-    fault_stream ours(text);
-    fault_stream theirs(text);
+    fault_stream ours(text), theirs(text);
     std::int64_t number = 0;
     long expected = 0;
     const bool found = std::fscanf(theirs.get(), "%ld", &expected) == 1;
-    ASSERT_EQ(scan(ours.get(), &number), found ? KORVO_ERR_OK : KORVO_ERR_IO) << text;
+    ASSERT_EQ(scan(ours.get(), &number), found ? good : io) << text;
     ASSERT_EQ(number, expected) << text;
     ASSERT_EQ(ours.rest(), theirs.rest()) << text;
   }
 }
 
-TEST(WriteAscii, WritesExactlyThis) {
-  const u8_matrix three(3, 1, {1, 2, 30});
-  const dbl_matrix reals(1, 2, {-0.5, 1234567});
-  EXPECT_EQ(text_of(matu8_write_ascii, &three, nullptr, 70, nullptr), "1 2 30\n");
-  EXPECT_EQ(text_of(matu8_write_ascii, &three, "", 4, nullptr), "12\n30\n");  // 3 a number
-  EXPECT_EQ(text_of(matu8_write_ascii, &three, ", ", 8, nullptr), "1, 2, \n30\n");
-  EXPECT_EQ(text_of(matu8_write_ascii, &three, ",", 3, nullptr), "\n1,\n2,\n30\n");  // too short for any
-  EXPECT_EQ(text_of(matdbl_write_ascii, &reals, ";", 99, nullptr), "      -0.5;1.23457e+06\n");
-}
-
 // The rule of lists, plainly.
 template <class M>
-std::string listed(const M& mat, const std::string& delimiter, std::uint16_t line_length) {
+std::string listed(const matrix<M>& mat, const std::string& delimiter, int line_length) {
   constexpr _korvo_type type = tag<M>::type;
   const std::size_t margin = is_floating(type) ? 18 : type == KORVO_UINT8 ? 3 : sizeof *mat.data == 2 ? 6 : 11;
-  std::string text;
-  std::string line;
-  for (std::int32_t i = 0; i < mat.nelem; ++i) {
-    if (line_length < line.size() + delimiter.size() + margin) text += std::exchange(line, "") + "\n";
+  std::string text, line;
+  for (const double x : mat.elements()) {
+    if (static_cast<std::size_t>(line_length) < line.size() + delimiter.size() + margin)
+      text += std::exchange(line, "") + "\n";
     char number[64];
-    (void)std::snprintf(number, sizeof number, is_floating(type) ? "%10g" : "%.0f",
-                        static_cast<double>(mat.data[i]));
-    line += number + (i + 1 < mat.nelem ? delimiter : "");
+    (void)std::snprintf(number, sizeof number, is_floating(type) ? "%10g" : "%.0f", x);
+    line += number + delimiter;
   }
-  return text + line + "\n";
+  return text + line.substr(0, line.size() - delimiter.size()) + "\n";
 }
 
-TEST(MatIoLists, OfEveryTypeAreSetByTheRuleAndReadBack) {
-  each_record(real_records{}, [&]<class M> {
-    const double low = std::is_signed_v<element<M>> ? -128 : 0;
-    const matrix<M> all[] = {matrix<M>::random(30, 31, 5, low, sizeof(element<M>) == 1 ? 255 : 32767),
-                             extremes<M>()};
-    for (const matrix<M>& mat : all)
-      for (const std::uint16_t length : std::vector<std::uint16_t>{0, 40, 70, 65535})
-        for (const std::size_t gap : {1U, 8U, 9U, 5000U}) {
-          const _univ_mat same = mat.universal();
-          const std::string delimiter(gap, ';');
-          const std::string text = text_of(forms<M>::write_ascii, &mat, delimiter.c_str(), length, nullptr);
-          ASSERT_EQ(text, listed<M>(mat, delimiter, length)) << length;
-          ASSERT_EQ(text, text_of(matuniv_write_ascii, &same, delimiter.c_str(), length, nullptr));
-          if (gap == 5000) continue;
-          matrix<M> typed(mat.nrow, mat.ncol);
-          matrix<M> again(mat.nrow, mat.ncol);
-          _univ_mat universal = again.universal();
-          ASSERT_EQ(result_on(text, forms<M>::read_ascii, ';', 0, nullptr, &typed), KORVO_ERR_OK);
-          ASSERT_EQ(result_on(text, matuniv_read_ascii, ';', 0, nullptr, &universal), KORVO_ERR_OK);
-          ASSERT_EQ(text_of(forms<M>::write_ascii, &typed, delimiter.c_str(), length, nullptr), text);
-          ASSERT_TRUE(same_elements<M>(typed, again));
-        }
+TEST(MatIo, BringsEveryTypeBack) {
+  each_form([]<class M>(M, const auto& forms, auto given) {
+    using limits = std::numeric_limits<element<M>>;
+    const double low = limits::is_signed ? -128 : 0, high = sizeof *M::data == 1 ? 255 : 32767;
+    matrix<M> mat = matrix<M>::random(10, 31, 5, low, high), back(10, 31);
+    const double lowest = std::max(accepted<element<M>>::lowest, -1e37),
+                 highest = accepted<element<M>>::highest;
+    const double ends[] = {lowest, std::min(highest, 1e37), limits::denorm_min(), -0.0,
+                           1 + double{limits::epsilon()}};
+    std::transform(ends, ends + 5, mat.data, as_element<element<M>>);
+    const auto in = given(mat);
+    auto out = given(back);
+    const char* const lossless = is_floating(tag<M>::type) ? "%.17g " : nullptr;
+    const std::string text = text_of(forms.print, &in, lossless, 20, nullptr);
+    fault_stream printed(text + text + "rest");
+    for (int i = 0; i < 2; ++i) {
+      std::string again;
+      EXPECT_EQ(parsed(printed.get(), forms, nullptr, &again, lossless), good);
+      EXPECT_EQ(again, text);
+    }
+    EXPECT_EQ(printed.rest(), "\nrest");
+    for (const int length : {0, 40, 70, 65535})
+      for (const std::size_t gap : {1U, 8U, 9U, 5000U}) {
+        const std::string delimiter(gap, ';');
+        const std::string list = text_of(forms.write_ascii, &in, delimiter.c_str(), length, nullptr);
+        ASSERT_EQ(list, listed<M>(mat, delimiter, length)) << length;
+        if (gap == 5000) continue;
+        ASSERT_EQ(result_on(list, forms.read_ascii, ';', 0, nullptr, &out), good);
+        ASSERT_EQ(listed<M>(back, delimiter, length), list);
+      }
+    mat.data[0] = limits::signaling_NaN();
+    for (const bool big_endian : {false, true}) {
+      fault_stream raw("12345" + text_of(forms.write_raw, &in, big_endian, nullptr) + "rest");
+      EXPECT_EQ(forms.read_raw(raw.get(), 5, big_endian, nullptr, &out), good);
+      EXPECT_EQ(std::memcmp(mat.data, back.data, 310 * sizeof *mat.data), 0);
+      EXPECT_EQ(raw.rest(), "rest");
+    }
   });
 }
 
 TEST(ReadAscii, PassesDelimitersAndComments) {
-  const auto expect = [](const std::string& text, char delimiter, char comment, code expected,
-                         const char* rest = "") {
+  const auto reads = [](const std::string& text, char delimiter, char comment, const char* rest = "") {
     dbl_matrix reals(1, 3);
     s32_matrix wholes(1, 3);
-    fault_stream one(text);
-    fault_stream other(text);
-    EXPECT_EQ(matdbl_read_ascii(one.get(), delimiter, comment, nullptr, &reals), expected) << text;
-    EXPECT_EQ(mats32_read_ascii(other.get(), delimiter, comment, nullptr, &wholes), expected) << text;
-    if (expected != KORVO_ERR_OK) return;
+    fault_stream one(text), other(text);
+    EXPECT_EQ(matdbl_read_ascii(one.get(), delimiter, comment, nullptr, &reals), rest ? good : io) << text;
+    EXPECT_EQ(mats32_read_ascii(other.get(), delimiter, comment, nullptr, &wholes), rest ? good : io) << text;
+    if (!rest) return;
     EXPECT_EQ(reals.elements(), (std::vector<double>{1, 2, 3})) << text;
     EXPECT_EQ(wholes.elements(), (std::vector<std::int32_t>{1, 2, 3})) << text;
-    EXPECT_EQ(one.rest(), rest);
-    EXPECT_EQ(other.rest(), rest);
+    EXPECT_EQ(one.rest() + other.rest(), rest + std::string(rest));
   };
-  expect("1,2 # note\n3", ',', '#', KORVO_ERR_OK);
-  expect("##\n#1\n ,,\n1,, ,2\t#\n#,\n,3,", ',', '#', KORVO_ERR_OK, ",");
-  expect("1 2 3 4", 0, 0, KORVO_ERR_OK, " 4");
-  expect("1\377 2\377\376 9\n3", '\377', '\376', KORVO_ERR_OK);  // not taken for the end of the stream
-  expect(std::string("1\0002 3", 6), 0, 0, KORVO_ERR_IO);        // 0 is no character to pass
-  expect("1,2;3", ',', '#', KORVO_ERR_IO);
-  expect("1 -,2,3", ',', '#', KORVO_ERR_OK);  // a sign alone goes with the attempt to read a number
-  expect("1 2 # 3", ',', '#', KORVO_ERR_IO);  // a comment that the stream ends in
+  reads("##\n#1\n ,,\n1,, ,2\t#\n#,\n,3,", ',', '#', ",");
+  reads("1 2 3 4", 0, 0, " 4");
+  reads("1\377 2\377\376 9\n3", '\377', '\376');  // not taken for the end of the stream
+  reads("1\0002 3"s, 0, 0, nullptr);              // 0 is no character to pass
+  reads("1,2;3", ',', '#', nullptr);
+  reads("1 -,2,3", ',', '#');           // a sign alone goes with the attempt to read a number
+  reads("1 2 # 3", ',', '#', nullptr);  // a comment that the stream ends in
   for (const std::size_t length : {97U, 98U, 99U, 100U, 198U, 199U, 5000U})
-    expect("1 2\n#" + std::string(length, '4') + "\n3", 0, '#', KORVO_ERR_OK);
+    reads("1 2\n#" + std::string(length, '4') + "\n3", 0, '#');
 }
 
-TEST(MatIoRaw, OrdersBytesAsAsked) {
-  const s16_matrix shorts(1, 2, {1, -2});
-  const matrix<_u32_mat> word(1, 1, {0x01020304});
-  const flt_matrix one(1, 1, {1.0});
-  const dbl_matrix minus_two(1, 1, {-2.0});
-  EXPECT_EQ(text_of(mats16_write_raw, &shorts, 1, nullptr), std::string("\0\1\xff\xfe", 4));
-  EXPECT_EQ(text_of(mats16_write_raw, &shorts, 0, nullptr), std::string("\1\0\xfe\xff", 4));
-  EXPECT_EQ(text_of(matu32_write_raw, &word, 2, nullptr), "\1\2\3\4");
-  EXPECT_EQ(text_of(matflt_write_raw, &one, 1, nullptr), std::string("\x3f\x80\0\0", 4));
-  EXPECT_EQ(text_of(matdbl_write_raw, &minus_two, 0, nullptr), std::string("\0\0\0\0\0\0\0\xc0", 8));
+// Calls test(file, run) for each reader, with a file that none of its beginnings can stand for, and for each
+// writer, with an empty one.
+template <class Forms, class Record, class Test>
+void each_run(const Forms& forms, const Record& in, Record out, Test test) {
+  const auto cut = [](const std::string& text) { return text.substr(0, text.size() - 1); };
+  test(cut(text_of(forms.print, &in, nullptr, 20, nullptr)), [&](FILE* f) { return parsed(f, forms); });
+  test(cut(text_of(forms.write_ascii, &in, " ;#\n", 20, nullptr)),
+       [&](FILE* f) { return forms.read_ascii(f, ';', '#', nullptr, &out); });
+  test("skipped" + text_of(forms.write_raw, &in, 1, nullptr),
+       [&](FILE* f) { return forms.read_raw(f, 7, 1, nullptr, &out); });
+  test("", [&](FILE* f) { return forms.print(f, &in, nullptr, 20, nullptr); });
+  test("", [&](FILE* f) { return forms.write_ascii(f, &in, "; ", 20, nullptr); });
+  test("", [&](FILE* f) { return forms.write_ascii(f, &in, " and then ", 20, nullptr); });
+  test("", [&](FILE* f) { return forms.write_raw(f, &in, 1, nullptr); });
+}
 
-  // Both orders of all types come back, and so do the bits of a signalling NaN.
-  each_record(real_records{}, [&]<class M> {
-    matrix<M> mat = matrix<M>::random(3, 7, 11);
-    const std::uint32_t signalling = 0x7fa00001;
-    if constexpr (sizeof *mat.data == sizeof signalling) std::memcpy(mat.data, &signalling, sizeof signalling);
-    const _univ_mat same = mat.universal();
-    for (const std::uint8_t flag : std::vector<std::uint8_t>{0, 1}) {
-      matrix<M> back(3, 7);
-      matrix<M> again(3, 7);
-      _univ_mat universal = again.universal();
-      const std::string bytes = text_of(forms<M>::write_raw, &mat, flag, nullptr);
-      EXPECT_EQ(text_of(matuniv_write_raw, &same, flag, nullptr), bytes);
-      fault_stream stream("12345" + bytes + "rest");
-      EXPECT_EQ(forms<M>::read_raw(stream.get(), 5, flag, nullptr, &back), KORVO_ERR_OK);
-      EXPECT_EQ(stream.rest(), "rest");
-      EXPECT_EQ(result_on(bytes, matuniv_read_raw, 0, flag, nullptr, &universal), KORVO_ERR_OK);
-      EXPECT_TRUE(same_elements<M>(mat, back) && same_elements<M>(mat, again));
+TEST(MatIoFaults, AreSeenAtEveryByteAndEveryCall) {
+  const int live_before = heap::live_blocks();
+  each_form([]<class M>(M, const auto& forms, auto given) {
+    const matrix<M> mat(2, 3, {11, 0, 250, 7, 40, 5}), back(2, 3);
+    each_run(forms, given(mat), given(back), [&](const std::string& file, auto run) {
+      fault_stream sound(file);
+      ASSERT_EQ(run(sound.get()), good) << file;
+      ASSERT_GT(sound.calls(), 0);
+      for (std::size_t size = 0; size < file.size(); ++size) {
+        const code result = run(fault_stream(file.substr(0, size)).get());
+        EXPECT_TRUE(result == io || (result == bad_type && size < 6)) << size << file;
+      }
+      for (int k = 1; k <= sound.calls(); ++k) EXPECT_EQ(run(fault_stream(file, k).get()), io) << k << file;
+    });
+  });
+  EXPECT_EQ(heap::live_blocks(), live_before);
+  // The runtime counts what reached the buffer of a stream as written, even if it could not be written out.
+  const u8_matrix mat(1, 3);
+  fault_stream list({}, 2, _IOLBF), lines({}, 2, _IOLBF);
+  EXPECT_EQ(matu8_write_ascii(list.get(), &mat, nullptr, 5, nullptr), io);
+  EXPECT_EQ(matu8_print(lines.get(), &mat, nullptr, 0, nullptr), io);
+  EXPECT_EQ(matu8_print(lines.get(), &mat, nullptr, 0, nullptr), io);  // its indicator is still set
+}
+
+TEST(MatIoLocale, OfTheHostChangesNothingAndIsBackAfterEveryCall) {
+  const flt_matrix reals(1, 2, {0.5, 1e6}), back(1, 2);
+  const auto print = [&](const flt_matrix& mat) { return text_of(matflt_print, &mat, "%'.2f ", 0, nullptr); };
+  const std::string expected = print(reals);
+  const comma_locale host;
+  char half[8];
+  (void)std::snprintf(half, sizeof half, "%.1f", 0.5);
+  ASSERT_EQ(half, host.is_available() ? "0,5"s : "0.5");
+  each_run<routines<_flt_mat>, _flt_mat>(matflt_forms, reals, back, [&](const std::string& file, auto run) {
+    for (const int failing_call : {1, INT_MAX}) {
+      EXPECT_EQ(run(fault_stream(file, failing_call).get()), failing_call == 1 ? io : good);
+      EXPECT_EQ(host.is_set(), host.is_available());
     }
   });
+  EXPECT_EQ(print(reals), expected);
+  _flt_mat read = back;
+  EXPECT_EQ(result_on("0.5 1e6", matflt_read_ascii, 0, 0, nullptr, &read), good);
+  EXPECT_EQ(print(back), expected);
+}
+
+TEST(MatIoRefusals, ComeInTheirOrder) {
+  fault_stream file("1 2 3");
+  const auto refuses = [](const auto& forms, auto* mat, code expected) {
+    EXPECT_EQ(forms.print(nullptr, mat, "%s", 0, nullptr), expected);
+    EXPECT_EQ(forms.write_ascii(nullptr, mat, nullptr, 70, nullptr), expected);
+    EXPECT_EQ(forms.read_ascii(nullptr, 0, 0, nullptr, mat), expected);
+    EXPECT_EQ(forms.read_raw(nullptr, -1, 0, nullptr, mat), expected);
+  };
+  each_form([&]<class M>(M, const auto& forms, auto given) {
+    const matrix<M> one(1, 1);
+    auto mat = given(one), none = mat;
+    none.nrow = 0;
+    refuses(forms, &none, bad_size);
+    refuses(forms, &mat, null);
+    EXPECT_EQ(forms.read_raw(file.get(), -1, 0, nullptr, &mat), bad_value);
+    EXPECT_EQ(forms.write_raw(nullptr, &none, 0, nullptr), null);
+    EXPECT_EQ(forms.write_raw(file.get(), &none, 0, nullptr), bad_size);
+    EXPECT_EQ(forms.parse(nullptr, nullptr, &mat), null);
+    EXPECT_EQ(forms.parse(file.get(), nullptr, nullptr), null);
+  });
+  const cpx_matrix complex(1, 1);
+  _univ_mat dcomplex = complex.universal(), sint8 = dcomplex;
+  sint8.type = KORVO_SINT8;
+  for (_univ_mat* const mat : {&dcomplex, &sint8, static_cast<_univ_mat*>(nullptr)}) {
+    refuses(matuniv_forms, mat, mat ? bad_type : null);
+    EXPECT_EQ(matuniv_write_raw(nullptr, mat, 0, nullptr), mat ? bad_type : null);
+  }
+  EXPECT_EQ(file.rest(), "1 2 3");
+}
+
+TEST(MatIoCosts, AreThoseOfCharactersRowsAndBytes) {
+  const s16_matrix four(2, 2, {1, 2, 30, 4});
+  const u8_matrix three(1, 3, {1, 2, 30});
+  s16_matrix wide(1, 3);
+  u8_matrix narrow(1, 3);
+  const auto costs = [](const std::vector<double>& tallies, auto call) { expect_tallies(call, tallies); };
+  costs({62010, 95010}, [&](void* h) { return result_on("", mats16_print, &four, nullptr, 15, h); });
+  costs({10000, 20000}, [&](void* h) {
+    return parsed(fault_stream("uint8 Matrix: nrow=2, ncol=1 {1 2}").get(), matu8_forms, h);
+  });
+  costs({1000, 4000, 7000, 10000},
+        [&](void* h) { return result_on("", matu8_write_ascii, &three, ",", 3, h); });
+  costs({5000}, [&](void* h) { return result_on("1,2 #\n3", matu8_read_ascii, ',', '#', h, &narrow); });
+  costs({6006}, [&](void* h) { return result_on("", mats16_write_raw, &wide, 1, h); });
+  costs({3000}, [&](void* h) { return result_on("", matu8_write_raw, &three, h); });
+  costs({10000, 10006}, [&](void* h) { return result_on("1234567890", mats16_read_raw, 4, 1, h, &wide); });
+  costs({7000}, [&](void* h) { return result_on("1234567", matu8_read_raw, 4, h, &narrow); });
 }
 
 }  // namespace

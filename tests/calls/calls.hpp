@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "korvos/core/ut_err.h"
@@ -13,9 +14,8 @@
 using ready_call = std::function<_korvo_errcode(void* intrp_ptr)>;
 
 struct call_row {
-  std::string name;                                  // the exported name; for a further row "name/variant"
-  std::function<ready_call(scene&)> prepare;         // fills a scene; must succeed without a host
-  _korvo_errcode interrupted = KORVO_ERR_INTERRUPT;  // the code of a call that was stopped
+  std::string name;                           // the exported name; for a further row "name/variant"
+  std::function<ready_call(scene&)> prepare;  // fills a scene; must succeed without a host
 };
 using call_rows = std::vector<call_row>;
 
@@ -23,82 +23,117 @@ using call_rows = std::vector<call_row>;
 inline void PrintTo(const call_row& row, std::ostream* out) { *out << row.name; }
 
 // The rows of each module, in files of their own.
-call_rows core_calls();
-call_rows mat_assn_calls();
-call_rows mat_cast_calls();
-call_rows mat_arit_calls();
-call_rows mat_summ_calls();
-call_rows mat_io_calls();
-call_rows mat_tile_calls();
-call_rows img_pttr_calls();
-call_rows img_io_calls();
-call_rows sig_conv_calls();
-call_rows img_conv_calls();
+call_rows core_calls(), mat_assn_calls(), mat_cast_calls(), mat_arit_calls(), mat_summ_calls(), mat_io_calls(),
+    mat_tile_calls(), img_pttr_calls(), img_io_calls(), sig_conv_calls(), img_conv_calls();
 
 const call_rows& all_calls();
 
-// Rows by the shape of the signature. Matrices are 7 by 7, so that one size suits every routine.
-constexpr std::int32_t call_size = 7;
+// What the arguments of a row are made from where their types leave it open.
+struct given {
+  std::vector<double> numbers = {};  // the scalars, in their order; 1 when there are no more
+  std::int32_t rows = 7, cols = 7;   // of every matrix: one size suits every routine
+  double low = 0.0, high = 50.0;     // the elements of inputs
+  _korvo_type type = KORVO_DOUBLE, into = KORVO_DOUBLE;  // universal inputs and outputs
+  std::string file = {};                                 // what a stream holds; one to be written without it
+  const char* text = nullptr;
+  enum { zeros, made, bare, on_heap } output = zeros;
 
-template <class M>
-M* matrix_in(scene& s) {
-  if constexpr (std::is_same_v<M, _univ_mat>)
-    return s.in(KORVO_DOUBLE, call_size, call_size);
-  else
-    return s.in<M>(call_size, call_size);
-}
-template <class M>
-M* matrix_out(scene& s) {
-  if constexpr (std::is_same_v<M, _univ_mat>)
-    return s.out(KORVO_DOUBLE, call_size, call_size);
-  else
-    return s.out<M>(call_size, call_size);
-}
-// The number x as an argument of the type S.
-template <class S>
-S scalar_of(double x) {
-  if constexpr (std::is_same_v<S, _univ_scalar>)
-    return {_univ_value{.dbl = x}, KORVO_DOUBLE};
-  else
-    return korvo::as_element<S>(x);
-}
-
-// (a, b, intrp_ptr, out)
-template <class M>
-call_row row(std::string name, _korvo_errcode (*f)(const M*, const M*, void*, M*)) {
-  return {std::move(name), [f](scene& s) -> ready_call {
-            const M* const a = matrix_in<M>(s);
-            const M* const b = matrix_in<M>(s);
-            M* const out = matrix_out<M>(s);
-            return [=](void* intrp_ptr) { return f(a, b, intrp_ptr, out); };
-          }};
-}
-// (in, intrp_ptr, out)
-template <class M, class N>
-call_row row(std::string name, _korvo_errcode (*f)(const M*, void*, N*)) {
-  return {std::move(name), [f](scene& s) -> ready_call {
-            const M* const in = matrix_in<M>(s);
-            N* const out = matrix_out<N>(s);
-            return [=](void* intrp_ptr) { return f(in, intrp_ptr, out); };
-          }};
-}
-// (in, scalar or flag, intrp_ptr, out)
-template <class M, class S, class N>
-call_row row(std::string name, _korvo_errcode (*f)(const M*, S, void*, N*)) {
-  return {std::move(name), [f](scene& s) -> ready_call {
-            const M* const in = matrix_in<M>(s);
-            N* const out = matrix_out<N>(s);
-            return [=](void* intrp_ptr) { return f(in, scalar_of<S>(1.0), intrp_ptr, out); };
-          }};
-}
-// (in, row, col, intrp_ptr, out)
-template <class M>
-call_row row(std::string name, _korvo_errcode (*f)(const M*, std::int32_t, std::int32_t, void*, M*)) {
-  return {std::move(name), [f](scene& s) -> ready_call {
-            const M* const in = matrix_in<M>(s);
-            M* const out = matrix_out<M>(s);
-            return [=](void* intrp_ptr) { return f(in, 0, 0, intrp_ptr, out); };
-          }};
+  given& sized(std::int32_t r, std::int32_t c) { return rows = r, cols = c, *this; }
+  given& within(double least, double most) { return low = least, high = most, *this; }
+  given& of(_korvo_type in, _korvo_type out) { return type = in, into = out, *this; }
+  given& reading(std::string content) { return file = std::move(content), *this; }
+  given& with(const char* word) { return text = word, *this; }
+  // The routine makes and fills its output; it makes it, and leaves it unfilled; it changes one on the heap.
+  given& making() { return output = made, *this; }
+  given& making_bare() { return output = bare, *this; }
+  given& changing() { return output = on_heap, *this; }
+};
+template <class... N>
+given args(N... numbers) {
+  return {.numbers = {static_cast<double>(numbers)...}};
 }
 
-#define ROW(name) row(#name, &name)
+// Makes the arguments of a routine in their order, each by its type.
+class argument_maker {
+ public:
+  argument_maker(scene& s, const given& how) : s_(s), how_(how) {}
+
+  template <class P>
+  P make() {
+    using T = std::remove_pointer_t<P>;
+    if constexpr (std::is_same_v<P, _univ_scalar>)
+      return {_univ_value{.dbl = number()}, KORVO_DOUBLE};
+    else if constexpr (!std::is_pointer_v<P>)
+      return korvo::as_element<P>(number());
+    else if constexpr (std::is_same_v<P, FILE*>)
+      return s_.stream(how_.file);
+    else if constexpr (std::is_same_v<P, const char*>)
+      return how_.text;
+    else if constexpr (std::is_same_v<P, const std::int32_t*>)
+      return six_;
+    else if constexpr (std::is_const_v<T>)
+      return input<std::remove_const_t<T>>();
+    else if constexpr (requires(T mat) { mat.nelem; } || std::is_same_v<T, _mat_set>)
+      return result<T>();
+    else if constexpr (std::is_void_v<T>)
+      return nullptr;  // intrp_ptr, which comes later
+    else
+      return s_.number<T>();
+  }
+
+ private:
+  static constexpr std::int32_t six_[] = {1, 6, 1};  // the dimensions of a set
+
+  double number() { return next_ < how_.numbers.size() ? how_.numbers[next_++] : 1.0; }
+
+  template <class T>
+  T* input() {
+    const auto matrix = [&] { return s_.in(how_.type, how_.rows, how_.cols); };
+    if constexpr (std::is_same_v<T, _mat_set>)
+      return s_.in_set({matrix(), matrix(), matrix()});
+    else if constexpr (std::is_same_v<T, _univ_mat> || std::is_void_v<T>)
+      return matrix();
+    else
+      return s_.in<T>(how_.rows, how_.cols, how_.low, how_.high);
+  }
+  template <class T>
+  T* result() {
+    if (how_.output != given::zeros || std::is_same_v<T, _mat_set>)
+      return s_.allocated<T>(how_.output == given::made, how_.output == given::on_heap);
+    if constexpr (std::is_same_v<T, _univ_mat>)
+      return s_.out(how_.into, how_.rows, how_.cols);
+    else if constexpr (!std::is_same_v<T, _mat_set>)
+      return s_.out<T>(how_.rows, how_.cols);
+    return nullptr;
+  }
+  scene& s_;
+  const given& how_;
+  std::size_t next_ = 0;
+};
+
+// An argument when it is known what intrp_ptr is.
+inline void* hosted(void* /*unknown*/, void* intrp_ptr) { return intrp_ptr; }
+template <class P>
+P hosted(P argument, void* /*intrp_ptr*/) {
+  return argument;
+}
+
+template <class... P>
+call_row row(std::string name, _korvo_errcode (*f)(P...), const given& how) {
+  return {std::move(name), [=](scene& s) -> ready_call {
+            argument_maker arguments(s, how);
+            const std::tuple<P...> made{arguments.make<P>()...};
+            return [=](void* intrp_ptr) {
+              return std::apply([&](auto... argument) { return f(hosted(argument, intrp_ptr)...); }, made);
+            };
+          }};
+}
+
+#define ROW(name, how) row(#name, &name, how)
+#define VARIANT(name, variant, how) row(#name "/" variant, &name, how)
+// The forms of a family for matrices: the real types; those and the universal one; and complex too.
+#define TYPED_ROWS(op, how)                                                                  \
+  ROW(matu8_##op, how), ROW(matu16_##op, how), ROW(matu32_##op, how), ROW(mats16_##op, how), \
+      ROW(mats32_##op, how), ROW(matflt_##op, how), ROW(matdbl_##op, how)
+#define REAL_ROWS(op, how) TYPED_ROWS(op, how), ROW(matuniv_##op, how)
+#define ALL_ROWS(op, how) REAL_ROWS(op, how), ROW(matcpx_##op, how)

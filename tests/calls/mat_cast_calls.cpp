@@ -1,67 +1,22 @@
 #include "korvos/matrix/mat_cast.h"
 #include "tests/calls/calls.hpp"
 
+#define CAST(from, to) ROW(mat##from##_cast_to_##to, args())
+#define CASTS(from, a, b, c, d, e, f) \
+  CAST(from, a), CAST(from, b), CAST(from, c), CAST(from, d), CAST(from, e), CAST(from, f)
+
 call_rows mat_cast_calls() {
-  return {
-      ROW(matuniv_cast),
-      ROW(matu16_cast_to_u8),
-      ROW(matu16_cast_to_s16),
-      ROW(matu32_cast_to_u8),
-      ROW(matu32_cast_to_u16),
-      ROW(matu32_cast_to_s16),
-      ROW(matu32_cast_to_s32),
-      ROW(mats16_cast_to_u8),
-      ROW(mats16_cast_to_u16),
-      ROW(mats16_cast_to_u32),
-      ROW(mats32_cast_to_u8),
-      ROW(mats32_cast_to_u16),
-      ROW(mats32_cast_to_u32),
-      ROW(mats32_cast_to_s16),
-      ROW(matflt_cast_to_u8),
-      ROW(matflt_cast_to_u16),
-      ROW(matflt_cast_to_u32),
-      ROW(matflt_cast_to_s16),
-      ROW(matflt_cast_to_s32),
-      ROW(matdbl_cast_to_u8),
-      ROW(matdbl_cast_to_u16),
-      ROW(matdbl_cast_to_u32),
-      ROW(matdbl_cast_to_s16),
-      ROW(matdbl_cast_to_s32),
-      ROW(matdbl_cast_to_flt),
-      ROW(matcpx_cast_to_dbl),
-      ROW(matu8_cast_to_u16),
-      ROW(matu8_cast_to_u32),
-      ROW(matu8_cast_to_s16),
-      ROW(matu8_cast_to_s32),
-      ROW(matu8_cast_to_flt),
-      ROW(matu8_cast_to_dbl),
-      ROW(matu16_cast_to_u32),
-      ROW(matu16_cast_to_s32),
-      ROW(matu16_cast_to_flt),
-      ROW(matu16_cast_to_dbl),
-      ROW(matu32_cast_to_flt),
-      ROW(matu32_cast_to_dbl),
-      ROW(mats16_cast_to_s32),
-      ROW(mats16_cast_to_flt),
-      ROW(mats16_cast_to_dbl),
-      ROW(mats32_cast_to_flt),
-      ROW(mats32_cast_to_dbl),
-      ROW(matflt_cast_to_dbl),
-      ROW(matflt_cast_to_cpx),
-      ROW(matdbl_cast_to_cpx),
-      {"matdbl_to_complex",
-       [](scene& s) -> ready_call {
-         const auto* const real = s.in<_dbl_mat>(3, 5);
-         const auto* const imag = s.in<_dbl_mat>(3, 5);
-         auto* const out = s.out<_cpx_mat>(3, 5);
-         return [=](void* intrp_ptr) { return matdbl_to_complex(real, imag, intrp_ptr, out); };
-       }},
-      {"matcpx_to_double",
-       [](scene& s) -> ready_call {
-         const auto* const in = s.in<_cpx_mat>(3, 5);
-         auto* const real = s.out<_dbl_mat>(3, 5);
-         auto* const imag = s.out<_dbl_mat>(3, 5);
-         return [=](void* intrp_ptr) { return matcpx_to_double(in, intrp_ptr, real, imag); };
-       }},
-  };
+  return {CASTS(u16, u8, s16, u32, s32, flt, dbl),
+          CASTS(u32, u8, u16, s16, s32, flt, dbl),
+          CASTS(s16, u8, u16, u32, s32, flt, dbl),
+          CASTS(s32, u8, u16, u32, s16, flt, dbl),
+          CASTS(flt, u8, u16, u32, s16, s32, dbl),
+          CASTS(dbl, u8, u16, u32, s16, s32, flt),
+          CASTS(u8, u16, u32, s16, s32, flt, dbl),
+          CAST(flt, cpx),
+          CAST(dbl, cpx),
+          CAST(cpx, dbl),
+          ROW(matuniv_cast, args()),
+          ROW(matdbl_to_complex, args()),
+          ROW(matcpx_to_double, args())};
 }

@@ -15,8 +15,7 @@ class fenced : public M {
   fenced(std::int32_t rows, std::int32_t cols) : M{}, room_(1, rows * cols + 1 + behind, post()) {
     static_cast<M&>(*this) = {rows, cols, rows * cols, room_.data + 1};
   }
-  fenced(const fenced&) = delete;
-  fenced& operator=(const fenced&) = delete;
+  fenced& operator=(fenced&&) = delete;
 
   bool fences_stand() const {
     return room_.data[0] == post() && std::all_of(this->data + this->nelem, this->data + this->nelem + behind,

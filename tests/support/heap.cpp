@@ -10,9 +10,12 @@ thread_local int made = 0;
 thread_local int first_failing = INT_MAX;
 thread_local bool fail_after = false;
 
-bool refused() {
-  ++made;
-  return fail_after ? made >= first_failing : made == first_failing;
+bool refused() { return ++made == first_failing || (fail_after && made > first_failing); }
+
+// What an allocator gave, or would not give.
+void* counted(void* block) {
+  live += block ? 1 : 0;
+  return block;
 }
 
 }  // namespace
@@ -43,24 +46,15 @@ void* __wrap_calloc(std::size_t count, std::size_t size);
 void* __wrap_realloc(void* block, std::size_t size);
 void __wrap_free(void* block);
 
-void* __wrap_malloc(std::size_t size) {
-  void* const block = refused() ? nullptr : __real_malloc(size);
-  live += block ? 1 : 0;
-  return block;
-}
-
+void* __wrap_malloc(std::size_t size) { return refused() ? nullptr : counted(__real_malloc(size)); }
 void* __wrap_calloc(std::size_t count, std::size_t size) {
-  void* const block = refused() ? nullptr : __real_calloc(count, size);
-  live += block ? 1 : 0;
-  return block;
+  return refused() ? nullptr : counted(__real_calloc(count, size));
 }
-
 void* __wrap_realloc(void* block, std::size_t size) {
-  void* const moved = refused() ? nullptr : __real_realloc(block, size);
-  live += moved && !block ? 1 : 0;
-  return moved;
+  if (refused()) return nullptr;
+  void* const moved = __real_realloc(block, size);
+  return block ? moved : counted(moved);
 }
-
 void __wrap_free(void* block) {
   live -= block ? 1 : 0;
   __real_free(block);

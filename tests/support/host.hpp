@@ -11,8 +11,7 @@ class fake_host {
   explicit fake_host(int k = INT_MAX, int32_t answer = 1) : stop_at_(k), answer_(answer) {
     korvo_host_init(&host_, poll, this);
   }
-  fake_host(const fake_host&) = delete;
-  fake_host& operator=(const fake_host&) = delete;
+  fake_host& operator=(fake_host&&) = delete;
 
   void* intrp_ptr() { return &host_; }
   int polls() const { return polls_; }
@@ -35,8 +34,7 @@ class fake_host {
 class threshold {
  public:
   explicit threshold(double value) : before_(korvo_interrupt_threshold) { korvo_interrupt_threshold = value; }
-  threshold(const threshold&) = delete;
-  threshold& operator=(const threshold&) = delete;
+  threshold& operator=(threshold&&) = delete;
   ~threshold() { korvo_interrupt_threshold = before_; }
 
  private:

@@ -12,8 +12,7 @@
 class at_level {
  public:
   explicit at_level(korvo::level level);
-  at_level(const at_level&) = delete;
-  at_level& operator=(const at_level&) = delete;
+  at_level& operator=(at_level&&) = delete;
   ~at_level();
 };
 

@@ -5,7 +5,6 @@
 #include <stdlib.h>
 #include <unistd.h>
 
-#include <clocale>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -16,28 +15,23 @@ class comma_locale {
  public:
   comma_locale() {
     const auto directory = std::filesystem::temp_directory_path() / ("comma" + std::to_string(::getpid()));
-    static const unsigned char numbers[] = {
-        0x14, 0x11, 0x03, 0x20, 6,    0, 0, 0, 0x20, 0, 0, 0, 0x22, 0, 0, 0,  // format, and where fields are
-        0x24, 0,    0,    0,    0x28, 0, 0, 0, 0x2c, 0, 0, 0, 0x30, 0, 0, 0,
-        ',',  0,    '.',  0,    3,    3, 0, 0, ',',  0, 0, 0, '.',  0, 0, 0,  // decimal and grouping characters
-        'U',  'T',  'F',  '-',  '8',  0};
+    // The format, where each field is, then the decimal and the grouping characters.
+    static const char numbers[] =
+        "\x14\x11\3 \6\0\0\0 \0\0\0\"\0\0\0$\0\0\0(\0\0\0,\0\0\0000\0\0\0,\0.\0\3\3\0\0,\0\0\0.\0\0\0UTF-8";
     std::filesystem::create_directories(directory / "comma");
-    std::ofstream(directory / "comma" / "LC_NUMERIC", std::ios::binary)
-        .write(reinterpret_cast<const char*>(numbers), sizeof numbers);
+    std::ofstream(directory / "comma" / "LC_NUMERIC", std::ios::binary).write(numbers, sizeof numbers);
     // By way of the global locale: newlocale() of the GNU library keeps what it makes of the path.
     (void)::setenv("LOCPATH", directory.c_str(), 1);
-    if (std::setlocale(LC_NUMERIC, "comma")) locale_ = ::duplocale(LC_GLOBAL_LOCALE);
-    (void)std::setlocale(LC_NUMERIC, "C");
+    if (::setlocale(LC_NUMERIC, "comma")) locale_ = ::duplocale(LC_GLOBAL_LOCALE);
+    (void)::setlocale(LC_NUMERIC, "C");
     (void)::unsetenv("LOCPATH");
     std::filesystem::remove_all(directory);
-    if (locale_) before_ = ::uselocale(locale_);
+    before_ = ::uselocale(locale_);
   }
-  comma_locale(const comma_locale&) = delete;
-  comma_locale& operator=(const comma_locale&) = delete;
+  comma_locale(comma_locale&&) = delete;
   ~comma_locale() {
-    if (!locale_) return;
     (void)::uselocale(before_);
-    ::freelocale(locale_);
+    if (locale_) ::freelocale(locale_);
   }
 
   // Whether the thread has it now, and whether it ever had.

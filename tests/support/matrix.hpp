@@ -10,9 +10,7 @@
 
 #include "core/element.hpp"
 
-inline bool operator==(const korvo_dcomplex& a, const korvo_dcomplex& b) {
-  return a.re == b.re && a.im == b.im;
-}
+inline bool operator==(korvo_dcomplex a, korvo_dcomplex b) { return a.re == b.re && a.im == b.im; }
 
 namespace korvo {
 
@@ -56,8 +54,7 @@ class matrix : public M {
   }
 
   const std::vector<T>& elements() const { return elements_; }
-  T& operator()(std::int32_t row, std::int32_t col) { return this->data[std::int64_t{row} * this->ncol + col]; }
-  const T& operator()(std::int32_t row, std::int32_t col) const {
+  T& operator()(std::int32_t row, std::int32_t col) const {
     return this->data[std::int64_t{row} * this->ncol + col];
   }
 

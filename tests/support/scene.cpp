@@ -1,73 +1,64 @@
 #include "tests/support/scene.hpp"
 
+#include <algorithm>
 #include <cstring>
-#include <numeric>
 
 #include "core/dispatch.hpp"
 
 using korvo::all_records;
 using korvo::dispatch;
 
-scene::~scene() {
-  for (auto end = ends_.rbegin(); end != ends_.rend(); ++end) (*end)();
-}
+namespace {
 
-_univ_mat* scene::in(_korvo_type type, std::int32_t rows, std::int32_t cols) {
+// Calls call.operator()<M>(), which makes a matrix, for the record of the type.
+template <class Call>
+_univ_mat of_type(_korvo_type type, Call call) {
   _univ_mat mat{};
   (void)dispatch(type, all_records{}, [&]<class M> {
-    mat = static_cast<const korvo::matrix<M>*>(in<M>(rows, cols))->universal();
+    mat = static_cast<const korvo::matrix<M>*>(call.template operator()<M>())->universal();
     return KORVO_ERR_OK;
   });
-  _univ_mat* const held = hold(mat);
+  return mat;
+}
+
+}  // namespace
+
+_univ_mat* scene::in(_korvo_type type, std::int32_t rows, std::int32_t cols) {
+  _univ_mat* const held = hold<_univ_mat>(of_type(type, [&]<class M> { return in<M>(rows, cols); }));
   keep(held, sizeof *held);
   return held;
 }
 
 _univ_mat* scene::out(_korvo_type type, std::int32_t rows, std::int32_t cols) {
-  _univ_mat mat{};
-  (void)dispatch(type, all_records{}, [&]<class M> {
-    mat = static_cast<const korvo::matrix<M>*>(out<M>(rows, cols))->universal();
-    return KORVO_ERR_OK;
-  });
-  return hold(mat);
+  return hold<_univ_mat>(of_type(type, [&]<class M> { return out<M>(rows, cols); }));
 }
 
-_mat_set* scene::make_set(std::vector<_univ_mat*> members, std::vector<std::int32_t> dims) {
+_mat_set* scene::out_set(const std::vector<_univ_mat*>& members, std::vector<std::int32_t> dims) {
   if (dims.empty()) dims = {static_cast<std::int32_t>(members.size())};
-  auto* const held_dims = hold(std::move(dims));
-  auto* const mats = hold(std::vector<_univ_mat>{});
+  auto* const held_dims = hold<std::vector<std::int32_t>>(std::move(dims));
+  auto* const mats = hold<std::vector<_univ_mat>>();
   for (const _univ_mat* member : members) mats->push_back(*member);
-  return hold(_mat_set{static_cast<std::int32_t>(held_dims->size()), held_dims->data(),
-                       static_cast<std::int32_t>(mats->size()), mats->data()});
+  return hold<_mat_set>(_mat_set{static_cast<std::int32_t>(held_dims->size()), held_dims->data(),
+                                 static_cast<std::int32_t>(mats->size()), mats->data()});
 }
 
-_mat_set* scene::in_set(std::vector<_univ_mat*> members, std::vector<std::int32_t> dims) {
-  _mat_set* const set = make_set(std::move(members), std::move(dims));
+_mat_set* scene::in_set(const std::vector<_univ_mat*>& members, std::vector<std::int32_t> dims) {
+  _mat_set* const set = out_set(members, std::move(dims));
   keep(set, sizeof *set);
   keep(set->dims, sizeof(std::int32_t) * static_cast<std::size_t>(set->ndim));
   keep(set->mats, sizeof(_univ_mat) * static_cast<std::size_t>(set->nmat));
   return set;
 }
 
-_mat_set* scene::out_set(std::vector<_univ_mat*> members, std::vector<std::int32_t> dims) {
-  return make_set(std::move(members), std::move(dims));
+void scene::begin(_mat_set& set) {
+  const std::int32_t dims[] = {2, 3};
+  (void)matset_malloc(&set, 2, dims);
 }
 
-FILE* scene::reading(std::string text) {
-  auto* const held = hold(std::move(text));
-  FILE* const stream = fmemopen(held->data(), held->size(), "r");
-  ends_.push_back([=] { (void)std::fclose(stream); });
-  return stream;
-}
-
-FILE* scene::writing() {
-  FILE* const stream = std::tmpfile();
-  ends_.push_back([=] { (void)std::fclose(stream); });
-  looks_.push_back([=](byte_hash& hash) {
-    std::rewind(stream);
-    for (int c = std::fgetc(stream); c != EOF; c = std::fgetc(stream)) hash.add(&c, 1);
-  });
-  return stream;
+FILE* scene::stream(std::string text) {
+  auto* const held = hold<fault_stream>(std::move(text));
+  looks_.push_back([=](byte_hash& hash) { hash.add(held->text().data(), held->text().size()); });
+  return held->get();
 }
 
 void scene::keep(const void* data, std::size_t size) {
@@ -75,14 +66,10 @@ void scene::keep(const void* data, std::size_t size) {
   kept_.push_back({data, {first, first + size}});
 }
 
-void scene::result(const void* data, std::size_t size) {
-  looks_.push_back([=](byte_hash& hash) { hash.add(data, size); });
-}
-
 bool scene::inputs_are_unchanged() const {
-  for (const bytes& input : kept_)
-    if (std::memcmp(input.data, input.before.data(), input.before.size()) != 0) return false;
-  return true;
+  return std::all_of(kept_.begin(), kept_.end(), [](const bytes& input) {
+    return std::memcmp(input.data, input.before.data(), input.before.size()) == 0;
+  });
 }
 
 std::uint64_t scene::results() {
@@ -91,9 +78,14 @@ std::uint64_t scene::results() {
   return hash.value();
 }
 
-void scene::look_at(const _univ_mat& mat, byte_hash& hash) {
+void scene::look_at(const _univ_mat& mat, bool filled, byte_hash& hash) {
   (void)dispatch(mat.type, all_records{}, [&]<class M> {
-    look_at(korvo::as<M>(mat), hash);
+    look_at(korvo::as<M>(mat), filled, hash);
     return KORVO_ERR_OK;
   });
+}
+
+void scene::look_at(const _mat_set& set, bool filled, byte_hash& hash) {
+  hash.add(set.dims, sizeof(std::int32_t) * static_cast<std::size_t>(set.ndim));
+  for (std::int32_t k = 0; filled && k < set.nmat; ++k) look_at(set.mats[k], filled, hash);
 }

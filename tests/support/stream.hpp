@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <climits>
 #include <cstdio>
-#include <cstring>
 #include <string>
 #include <utility>
 
@@ -17,8 +16,7 @@ class fault_stream {
     stream_ = fopencookie(this, "r+", {read, write, seek, nullptr});
     (void)std::setvbuf(stream_, nullptr, buffering, 4096);
   }
-  fault_stream(const fault_stream&) = delete;
-  fault_stream& operator=(const fault_stream&) = delete;
+  fault_stream(fault_stream&&) = delete;
   ~fault_stream() { (void)std::fclose(stream_); }
 
   FILE* get() { return stream_; }
@@ -32,32 +30,26 @@ class fault_stream {
 
  private:
   bool fails() { return ++calls_ == failing_call_; }
-
-  static ssize_t read(void* self, char* to, std::size_t size) {
-    auto& s = *static_cast<fault_stream*>(self);
-    if (s.fails()) return -1;
-    const std::size_t count = std::min(size, s.text_.size() - std::min(s.position_, s.text_.size()));
-    std::memcpy(to, s.text_.data() + (count ? s.position_ : 0), count);
-    s.position_ += count;
+  ssize_t move_on(std::size_t count) {
+    position_ += count;
     return static_cast<ssize_t>(count);
   }
-
+  static ssize_t read(void* self, char* to, std::size_t size) {
+    auto& s = *static_cast<fault_stream*>(self);
+    return s.fails() ? -1 : s.move_on(s.text_.copy(to, size, std::min(s.position_, s.text_.size())));
+  }
   static ssize_t write(void* self, const char* from, std::size_t size) {
     auto& s = *static_cast<fault_stream*>(self);
     if (s.fails()) return 0;  // so says the manual; a negative number would be taken for a count
-    s.text_.resize(std::max(s.text_.size(), s.position_ + size));
-    std::memcpy(s.text_.data() + s.position_, from, size);
-    s.position_ += size;
-    return static_cast<ssize_t>(size);
+    s.text_.resize(std::max(s.text_.size(), s.position_));
+    s.text_.replace(s.position_, size, from, size);
+    return s.move_on(size);
   }
-
   static int seek(void* self, off64_t* offset, int whence) {
     auto& s = *static_cast<fault_stream*>(self);
-    const off64_t from =
-        whence == SEEK_SET ? 0 : static_cast<off64_t>(whence == SEEK_CUR ? s.position_ : s.text_.size());
-    if (s.fails() || from + *offset < 0) return -1;
-    s.position_ = static_cast<std::size_t>(from + *offset);
-    *offset = from + *offset;
+    if (whence != SEEK_SET) *offset += static_cast<off64_t>(whence == SEEK_CUR ? s.position_ : s.text_.size());
+    if (s.fails() || *offset < 0) return -1;
+    s.position_ = static_cast<std::size_t>(*offset);
     return 0;
   }
 

@@ -122,7 +122,8 @@ TEST(Print, TakesFormatsOfOneElementAndConvertsItToTheTypeTheyName) {
   const s32_matrix whole(1, 1, {-2});
   prints(mats32_print, whole, "-2", "%d|%i|%ld|%hd|%hhd|%lld|%jd|%zd|%td|");
   prints(mats32_print, whole, "fffffffe", "%x|%lx|");  // long has 32 bits
-  prints(mats32_print, whole, "a% -002  FE", "a%% %+-6.3ldFE|");
+  prints(mats32_print, whole, "FE", "%hhX|");
+  prints(mats32_print, whole, "a% -002  !", "a%% %+-6.3ld!|");
   prints(mats32_print, whole, nullptr,
          "|plain|%%|%|%5|%5.|%-l|%n|%ld%n|%n%ld|%hhn|%s|%ls|%c|%p|%m|%*d|%.*d|%1$d|%d%d|%d %*d|%% %|%d%|%hhhd"
          "|%lhd|%llld|% %d|%?d|%g|%lf|%Ld|%Lx|");

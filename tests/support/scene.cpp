@@ -52,7 +52,7 @@ _mat_set* scene::in_set(const std::vector<_univ_mat*>& members, std::vector<std:
 
 void scene::begin(_mat_set& set) {
   const std::int32_t dims[] = {2, 3};
-  (void)matset_malloc(&set, 2, dims);
+  if (matset_malloc(&set, 2, dims) == KORVO_ERR_OK) std::fill_n(set.mats, set.nmat, _univ_mat{});
 }
 
 FILE* scene::stream(std::string text) {

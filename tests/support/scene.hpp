@@ -63,7 +63,8 @@ class scene {
   // them; `begun` is one on the heap, with 2 by 3 elements or members, for routines that change it.
   template <class R>
   R* allocated(bool filled, bool begun) {
-    R* const made = record<R>([=](R* value, byte_hash& hash) { look_at(*value, filled, hash); }, end<R>);
+    R* const made = record<R>([=](R* value, byte_hash& hash) { look_at(*value, filled, hash); },
+                              [=](R* value) { end(value, filled || begun); });
     if (begun) begin(*made);
     return made;
   }
@@ -101,12 +102,15 @@ class scene {
     if constexpr (std::is_same_v<M, _univ_mat>) mat.type = KORVO_DCOMPLEX;
   }
   static void begin(_mat_set& set);
+  // The frame of a set alone has records that nobody has written.
   template <class R>
-  static void end(R* made) {
-    if constexpr (std::is_same_v<R, _mat_set>)
-      (void)matset_free_matrices(made), (void)matset_free(made);
-    else
+  static void end(R* made, [[maybe_unused]] bool has_matrices) {
+    if constexpr (std::is_same_v<R, _mat_set>) {
+      if (has_matrices) (void)matset_free_matrices(made);
+      (void)matset_free(made);
+    } else {
       (void)korvo_free(made->data);
+    }
   }
 
   struct bytes {

@@ -50,7 +50,7 @@ void live() {
   expect(KORVO_ERR_MALLOC, mat, 80, 30, old, {change(&mat, 80, 30)});  // the new size over the old buffer
   heap::fail_never();
   expect(KORVO_ERR_OK, mat, 80, 30, nullptr, {release(&mat), release(&mat), release(nullptr)});
-  if constexpr (wrap != nullptr) {  // filled before it is validated
+  if constexpr (!std::is_same_v<decltype(wrap), std::nullptr_t>) {  // filled before it is validated
     expect(KORVO_ERR_ILLEGAL_SIZE, mat, 0, 3, data, {wrap(&mat, data, 0, 3)});
     expect(KORVO_ERR_NULL_POINTER, mat, 2, 3, nullptr,
            {wrap(nullptr, nullptr, 0, 0), wrap(&mat, nullptr, 2, 3)});

@@ -73,7 +73,7 @@ class argument_maker {
       return six_;
     else if constexpr (std::is_const_v<T>)
       return input<std::remove_const_t<T>>();
-    else if constexpr (requires(T mat) { mat.nelem; } || std::is_same_v<T, _mat_set>)
+    else if constexpr (requires(T * mat) { mat->nelem; } || std::is_same_v<T, _mat_set>)
       return result<T>();
     else if constexpr (std::is_void_v<T>)
       return nullptr;  // intrp_ptr, which comes later

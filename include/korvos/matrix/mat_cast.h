@@ -95,7 +95,7 @@ KORVO_API _korvo_errcode matcpx_cast_to_dbl(const _cpx_mat* in, uint8_t clip_or_
 /** @} */
 
 /** @name casts that always fit
- *  The exact value, or where flt cannot hold it the nearest; to cpx with the imaginary part 0.
+ *  The exact value, or where flt cannot hold it the nearest; to cpx with 0 as imaginary part.
  *
  *  Cost 2 * `nelem`, to cpx 4 * `nelem`; polled once, after the work.
  *  - KORVO_ERR_ILLEGAL_SIZE: the shapes differ. */

@@ -3,7 +3,7 @@
 // of the wide object file and run on processors without them.
 //
 // A kernel file finds the words of core/vector.inl: KORVO_VECTOR_BYTES, vec<T>, lanes<T>, load, store.
-// Headers that it needs are included before this file. It may include several kernel files one after another.
+// Headers that it needs are included before this file, and a source file includes this one once.
 
 #define KORVO_VECTOR_BYTES 16
 namespace korvo::baseline {

@@ -52,14 +52,6 @@ constexpr index_rule rule_of(std::int32_t boundary) {
   }
 }
 
-// The sample at any position.
-template <class M>
-element<M> sample(const M& mat, index_rule rule, std::int64_t row, std::int64_t col) {
-  const std::int64_t r = rule(row, mat.nrow);
-  const std::int64_t c = rule(col, mat.ncol);
-  return r < 0 || c < 0 ? element<M>{} : mat.data[r * mat.ncol + c];
-}
-
 // The work of a correlation: for each output position,
 //
 //     out(i, j) = sum over r, c of in(i * row_step - row_offset + r, j * col_step - col_offset + c) * tap(r, c)

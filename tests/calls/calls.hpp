@@ -2,6 +2,7 @@
 // without a row fails the tests.
 #pragma once
 
+#include <array>
 #include <functional>
 #include <string>
 #include <tuple>
@@ -16,6 +17,8 @@ using ready_call = std::function<_korvo_errcode(void* intrp_ptr)>;
 struct call_row {
   std::string name;                           // the exported name; for a further row "name/variant"
   std::function<ready_call(scene&)> prepare;  // fills a scene; must succeed without a host
+  // What it returns when a host stops it; success where that goes unsaid on purpose.
+  _korvo_errcode interrupted = KORVO_ERR_INTERRUPT;
 };
 using call_rows = std::vector<call_row>;
 
@@ -31,14 +34,17 @@ const call_rows& all_calls();
 // What the arguments of a row are made from where their types leave it open.
 struct given {
   std::vector<double> numbers = {};  // the scalars, in their order; 1 when there are no more
-  std::int32_t rows = 7, cols = 7;   // of every matrix: one size suits every routine
-  double low = 0.0, high = 50.0;     // the elements of inputs
+  std::int32_t rows = 7, cols = 7;   // of every matrix: one size suits most routines
+  std::vector<std::array<std::int32_t, 2>> shapes = {};  // of each matrix in its order, where it does not
+  double low = 0.0, high = 50.0;                         // the elements of inputs
   _korvo_type type = KORVO_DOUBLE, into = KORVO_DOUBLE;  // universal inputs and outputs
   std::string file = {};                                 // what a stream holds; one to be written without it
   const char* text = nullptr;
   enum { zeros, made, bare, on_heap } output = zeros;
+  _korvo_errcode interrupted = KORVO_ERR_INTERRUPT;
 
   given& sized(std::int32_t r, std::int32_t c) { return rows = r, cols = c, *this; }
+  given& shaped(std::vector<std::array<std::int32_t, 2>> each) { return shapes = std::move(each), *this; }
   given& within(double least, double most) { return low = least, high = most, *this; }
   given& of(_korvo_type in, _korvo_type out) { return type = in, into = out, *this; }
   given& reading(std::string content) { return file = std::move(content), *this; }
@@ -47,6 +53,7 @@ struct given {
   given& making() { return output = made, *this; }
   given& making_bare() { return output = bare, *this; }
   given& changing() { return output = on_heap, *this; }
+  given& stopping_as(_korvo_errcode code) { return interrupted = code, *this; }
 };
 template <class... N>
 given args(N... numbers) {
@@ -86,29 +93,43 @@ class argument_maker {
 
   double number() { return next_ < how_.numbers.size() ? how_.numbers[next_++] : 1.0; }
 
+  std::array<std::int32_t, 2> shape() {
+    if (next_shape_ < how_.shapes.size()) return how_.shapes[next_shape_++];
+    return {how_.rows, how_.cols};
+  }
+
   template <class T>
   T* input() {
-    const auto matrix = [&] { return s_.in(how_.type, how_.rows, how_.cols); };
+    const auto [rows, cols] = shape();
+    const auto matrix = [&, rows = rows, cols = cols] {
+      return s_.in(how_.type, rows, cols, how_.low, how_.high);
+    };
     if constexpr (std::is_same_v<T, _mat_set>)
       return s_.in_set({matrix(), matrix(), matrix()});
     else if constexpr (std::is_same_v<T, _univ_mat> || std::is_void_v<T>)
       return matrix();
     else
-      return s_.in<T>(how_.rows, how_.cols, how_.low, how_.high);
+      return s_.in<T>(rows, cols, how_.low, how_.high);
   }
   template <class T>
   T* result() {
-    if (how_.output != given::zeros || std::is_same_v<T, _mat_set>)
-      return s_.allocated<T>(how_.output == given::made, how_.output == given::on_heap);
+    if (how_.output != given::zeros || std::is_same_v<T, _mat_set>) {
+      T* const result = s_.allocated<T>(how_.output == given::made, how_.output == given::on_heap);
+      if constexpr (std::is_same_v<T, _univ_mat>)
+        if (how_.output == given::on_heap) result->type = how_.into;
+      return result;
+    }
+    const auto [rows, cols] = shape();
     if constexpr (std::is_same_v<T, _univ_mat>)
-      return s_.out(how_.into, how_.rows, how_.cols);
+      return s_.out(how_.into, rows, cols);
     else if constexpr (!std::is_same_v<T, _mat_set>)
-      return s_.out<T>(how_.rows, how_.cols);
+      return s_.out<T>(rows, cols);
     return nullptr;
   }
   scene& s_;
   const given& how_;
   std::size_t next_ = 0;
+  std::size_t next_shape_ = 0;
 };
 
 // An argument when it is known what intrp_ptr is.
@@ -120,13 +141,15 @@ P hosted(P argument, void* /*intrp_ptr*/) {
 
 template <class... P>
 call_row row(std::string name, _korvo_errcode (*f)(P...), const given& how) {
-  return {std::move(name), [=](scene& s) -> ready_call {
+  return {std::move(name),
+          [=](scene& s) -> ready_call {
             argument_maker arguments(s, how);
             const std::tuple<P...> made{arguments.make<P>()...};
             return [=](void* intrp_ptr) {
               return std::apply([&](auto... argument) { return f(hosted(argument, intrp_ptr)...); }, made);
             };
-          }};
+          },
+          how.interrupted};
 }
 
 #define ROW(name, how) row(#name, &name, how)

@@ -23,8 +23,8 @@ _univ_mat of_type(_korvo_type type, Call call) {
 
 }  // namespace
 
-_univ_mat* scene::in(_korvo_type type, std::int32_t rows, std::int32_t cols) {
-  _univ_mat* const held = hold<_univ_mat>(of_type(type, [&]<class M> { return in<M>(rows, cols); }));
+_univ_mat* scene::in(_korvo_type type, std::int32_t rows, std::int32_t cols, double low, double high) {
+  _univ_mat* const held = hold<_univ_mat>(of_type(type, [&]<class M> { return in<M>(rows, cols, low, high); }));
   keep(held, sizeof *held);
   return held;
 }

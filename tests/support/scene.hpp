@@ -28,7 +28,7 @@ class scene {
     keep(mat->data, static_cast<std::size_t>(mat->nelem) * sizeof *mat->data);
     return mat;
   }
-  _univ_mat* in(_korvo_type type, std::int32_t rows, std::int32_t cols);
+  _univ_mat* in(_korvo_type type, std::int32_t rows, std::int32_t cols, double low = 0.0, double high = 50.0);
   _mat_set* in_set(const std::vector<_univ_mat*>& members, std::vector<std::int32_t> dims = {});
 
   // A matrix to be written, zeros to start with; what is in it after the call is hashed.

@@ -22,5 +22,13 @@
 #include "korvos/matrix/mat_tile.h"
 #include "korvos/segment/img_conv.h"
 #include "korvos/signal/sig_conv.h"
+#include "korvos/signal/sig_pow2.h"
+#include "korvos/signal/sig_tfrq.h"
+#include "korvos/signal/sig_tran.h"
+#include "korvos/signal/sig_win.h"
+#include "korvos/wavelet/wav_modw.h"
+#include "korvos/wavelet/wav_skel.h"
+#include "korvos/wavelet/wav_skel_local.h"
+#include "korvos/wavelet/wav_wtmm.h"
 
 #endif

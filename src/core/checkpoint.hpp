@@ -42,6 +42,31 @@ class checkpoint {
     return unpolled < limit - 1 ? static_cast<std::int32_t>(unpolled) + 1 : limit;
   }
 
+  // Work that is done in bulk: polls as often as `steps` single steps would, each of a cost that is a whole
+  // number, as the tally must be, so that a product is as exact as a sum.
+  [[nodiscard]] code add_steps(double cost, std::int64_t steps) {
+    while (steps > 0) {
+      const double all = tally_ + cost * static_cast<double>(steps);
+      if (all <= next_) return tally_ = all, KORVO_ERR_OK;
+      const std::int32_t some = strip(cost, static_cast<std::int32_t>(std::min<std::int64_t>(steps, INT32_MAX)));
+      TRY(add(cost * some));
+      steps -= some;
+    }
+    return KORVO_ERR_OK;
+  }
+
+  // The same for rounds of such steps, after each of which something is counted without a test.
+  [[nodiscard]] code add_rounds(std::int64_t rounds, double cost, std::int64_t steps, double after) {
+    for (; rounds > 0; --rounds) {
+      const double round = cost * static_cast<double>(steps) + after;
+      const double all = tally_ + round * static_cast<double>(rounds);
+      if (all <= next_) return tally_ = all, KORVO_ERR_OK;
+      TRY(add_steps(cost, steps));
+      count(after);
+    }
+    return KORVO_ERR_OK;
+  }
+
   // After a strip: adds the cost of each step, and polls after the last if a poll is due.
   [[nodiscard]] code add_strip(double cost, std::int32_t steps) {
     for (std::int32_t i = 1; i < steps; ++i) tally_ += cost;

@@ -9,9 +9,8 @@
  *
  *  Bits. An image is one run of `nelem` bits in storage order, most significant bit of each byte first, and
  *  rows are NOT padded to whole bytes: the bit of pixel k is bit 7 - (k mod 8) of byte k / 8, and there are
- *  (nelem + 7) / 8 bytes. Other PBM software pads each row; raw bit images go from one to the other only if
- *  the number of columns is a multiple of 8. A bit of 1 is a pixel of zero. The unused bits of the last byte
- *  are 1.
+ *  (nelem + 7) / 8 bytes. Other PBM software pads each row; raw bit images go from one to the other only if the
+ *  number of columns is a multiple of 8. A bit of 1 is a pixel of zero. The unused bits of the last byte are 1.
  *
  *  The flag `plain` asks for text, `raw` for packed bytes; any value but 0 counts as true. */
 #ifndef KORVOS_IMAGE_IMG_IO_H
@@ -37,8 +36,8 @@ KORVO_BEGIN_DECLARATIONS
  *  three matrices count, not how its dimensions arrange them.
  *
  *  Costs, each polled by itself: (colour) that of matset_tile(), into one matrix of all samples;
- * matuniv_range(); 1000 a character of the header; the samples as matuniv_write_ascii() or matuniv_write_raw().
- * The checks, in their order:
+ *  matuniv_range(); 1000 a character of the header; the samples as matuniv_write_ascii() or matuniv_write_raw().
+ *  The checks, in their order:
  *  - KORVO_ERR_NULL_POINTER: `stream` or `image` is null.
  *  - (colour) the codes of matset_verify_allsame().
  *  - KORVO_ERR_ILLEGAL_SIZE: (colour) there are not three matrices.
@@ -84,8 +83,8 @@ KORVO_API _korvo_errcode imguniv_write_pbm(FILE* stream, const _univ_mat* image,
  *  - KORVO_ERR_NULL_POINTER: `stream` or `image` is null.
  *  - KORVO_ERR_IO: no letter P, or no number where one must be, or the stream failed or has ended; a magic
  *    number, a number of columns or of rows outside 32 bits.
- *  - KORVO_ERR_ILLEGAL_VALUE: a magic number that the routine does not read; a maximum that is not above 0
- *    (or is NaN), or is above 4294967295. The one character is passed before the maximum is judged.
+ *  - KORVO_ERR_ILLEGAL_VALUE: a magic number that the routine does not read; a maximum that is not above 0 (or
+ *    is NaN), or is above 4294967295. The one character is passed before the maximum is judged.
  *  - KORVO_ERR_ILLEGAL_SIZE: a size below 1.
  *  - KORVO_ERR_ILLEGAL_VALUE: the samples would take more than 2147483647 bytes.
  *  - KORVO_ERR_MALLOC: no memory.

@@ -1,0 +1,28 @@
+#include "korvos/signal/sig_tfrq.h"
+#include "tests/calls/calls.hpp"
+
+namespace {
+
+// Instants that run on past the signal.
+given plane() { return args(2).shaped({{1, 40}, {6, 22}}); }
+given smoothed(std::int32_t rows, std::int32_t cols) { return args(2).shaped({{rows, cols}, {3, 6}, {6, 22}}); }
+given williams() { return args(0.5, 2).shaped({{1, 40}, {6, 22}}); }
+
+}  // namespace
+
+#define PLANE_ROWS(op) \
+  ROW(sigdbl_timefreq_autocorrelate_##op, plane()), ROW(siguniv_timefreq_autocorrelate_##op, plane())
+
+call_rows sig_tfrq_calls() {
+  return {PLANE_ROWS(wigner),
+          PLANE_ROWS(cone),
+          PLANE_ROWS(born_jordan),
+          PLANE_ROWS(margeneau_hill),
+          ROW(sigdbl_timefreq_autocorrelate_choi_williams, williams()),
+          ROW(siguniv_timefreq_autocorrelate_choi_williams, williams()),
+          ROW(sigdbl_timefreq_autocorrelate_custom, smoothed(1, 40)),
+          VARIANT(sigdbl_timefreq_autocorrelate_custom, "column", smoothed(40, 1)),
+          ROW(siguniv_timefreq_autocorrelate_custom, smoothed(1, 40)),
+          ROW(sigdbl_kernel_choi_williams, args(5, 30, 0.5).making()),
+          ROW(siguniv_kernel_choi_williams, args(5, 30, 0.5, KORVO_DOUBLE).making())};
+}

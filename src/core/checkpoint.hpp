@@ -48,7 +48,8 @@ class checkpoint {
     while (steps > 0) {
       const double all = tally_ + cost * static_cast<double>(steps);
       if (all <= next_) return tally_ = all, KORVO_ERR_OK;
-      const std::int32_t some = strip(cost, static_cast<std::int32_t>(std::min<std::int64_t>(steps, INT32_MAX)));
+      const std::int32_t some =
+          strip(cost, static_cast<std::int32_t>(std::min<std::int64_t>(steps, INT32_MAX)));
       TRY(add(cost * some));
       steps -= some;
     }

@@ -36,8 +36,8 @@ KORVO_BEGIN_DECLARATIONS
  *  three matrices count, not how its dimensions arrange them.
  *
  *  Costs, each polled by itself: (colour) that of matset_tile(), into one matrix of all samples;
- *  matuniv_range(); 1000 a character of the header; the samples as matuniv_write_ascii() or matuniv_write_raw().
- *  The checks, in their order:
+ *  matuniv_range(); 1000 a character of the header; the samples as matuniv_write_ascii() or
+ * matuniv_write_raw(). The checks, in their order:
  *  - KORVO_ERR_NULL_POINTER: `stream` or `image` is null.
  *  - (colour) the codes of matset_verify_allsame().
  *  - KORVO_ERR_ILLEGAL_SIZE: (colour) there are not three matrices.

@@ -43,7 +43,7 @@ std::string gallery::finish() const {
   const std::string version = std::to_string(KORVOS_VERSION_MAJOR) + "." + std::to_string(KORVOS_VERSION_MINOR);
   std::string result = path("contact_sheet.png");
   write_png(result,
-            sheet_.compose("korvos", version + "  one picture, and the calls that made the others from it"));
+            sheet_.compose("korvos", version + "  a picture and a series, and the calls that made the rest"));
   return result;
 }
 

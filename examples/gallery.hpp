@@ -4,6 +4,7 @@
 #include <chrono>
 #include <string>
 
+#include "chart.hpp"
 #include "sheet.hpp"
 #include "table.hpp"
 #include "words.hpp"
@@ -34,6 +35,13 @@ class gallery {
             const std::string& calls);
   void hang(const std::string& name, const _mat_set& colour, const std::string& caption,
             const std::string& calls);
+
+  // A chart that make(const chart_size&) draws, in full and as a tile.
+  template <class Make>
+  void plot(const std::string& name, const std::string& caption, const std::string& calls, Make make) {
+    save(name, make(full_size));
+    sheet_.add(make(tile_size), caption, calls);
+  }
 
   // Writes the contact sheet and returns its path.
   std::string finish() const;

@@ -27,6 +27,8 @@ std::optional<options> parse(int argc, char** argv) {
       result.help = true;
     } else if (words[i] == "--out" && has_value) {
       result.directory = words[++i];
+    } else if (words[i] == "--signal" && has_value) {
+      result.signal = words[++i];
     } else if (words[i] == "--stop-after" && has_value) {
       result.stop_after = milliseconds(words[++i]);
       if (!result.stop_after) return std::nullopt;

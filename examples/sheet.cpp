@@ -1,22 +1,17 @@
 // Lays out the contact sheet.
 #include "sheet.hpp"
 
-#include <array>
 #include <cstdint>
 #include <utility>
 
+#include "colours.hpp"
 #include "font.hpp"
 #include "scaling.hpp"
 
 namespace demo {
 namespace {
 
-using ink = std::array<std::uint8_t, 3>;
-constexpr ink paper{24, 27, 33}, frame{36, 40, 48}, bright{236, 238, 242}, dim{142, 152, 168},
-    accent{255, 186, 92};
-
 constexpr std::int32_t columns = 4;
-constexpr std::int32_t tile_rows = 198, tile_cols = 264;
 constexpr std::int32_t gap = 16, caption_rows = 44, header_rows = 88;
 
 void paint(const ink& colour, _mat_set* out) {

@@ -8,6 +8,9 @@
 
 namespace demo {
 
+// What fits exactly is pasted as it is.
+constexpr std::int32_t tile_rows = 198, tile_cols = 264;
+
 class sheet {
  public:
   // A picture of three planes, u8 or dbl; what it shows, and the calls that made it.

@@ -1,9 +1,11 @@
 // The words that the demonstration is written in: codes become exceptions, and what is owned frees itself.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <span>
 #include <stdexcept>
 #include <string>
 
@@ -71,6 +73,17 @@ planes each_plane(const _mat_set& a, const _mat_set& b, F f) {
 
 // A grey picture as one of three planes.
 planes thrice(const _univ_mat& grey);
+
+// The elements row after row; Element is what the type of the matrix says.
+template <class Element = double>
+std::span<Element> elements(const _univ_mat& in) {
+  return {static_cast<Element*>(in.data), static_cast<std::size_t>(in.nelem)};
+}
+
+template <class Element = double>
+Element& element(const _univ_mat& in, std::int32_t row, std::int32_t col) {
+  return static_cast<Element*>(in.data)[static_cast<std::int64_t>(row) * in.ncol + col];
+}
 
 // A dbl matrix with one number throughout.
 matrix filled(std::int32_t rows, std::int32_t cols, double value);

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "gallery.hpp"
+#include "series.hpp"
 #include "subject.hpp"
 
 namespace demo {
@@ -16,17 +17,29 @@ void show_statistics(const subject& photo, gallery& out);
 void show_moves(const subject& photo, gallery& out);
 void show_files(const subject& photo, gallery& out);
 
+void show_course(const series& heard, gallery& out);
+void show_spectrum(const series& heard, gallery& out);
+void show_time_frequency(const series& heard, gallery& out);
+void show_crystals(const series& heard, gallery& out);
+void show_ridges(const series& heard, gallery& out);
+
+template <class Subject>
 struct stage {
   const char* name;
-  void (*run)(const subject& photo, gallery& out);
+  void (*run)(const Subject& subject, gallery& out);
 };
 
 // In the order in which they run.
-inline constexpr std::array stages{stage{"sharpening", show_sharpening},
-                                   stage{"smoothing and boundary modes", show_smoothing},
-                                   stage{"local statistics", show_statistics},
-                                   stage{"casts and arithmetic", show_casts},
-                                   stage{"moves", show_moves},
-                                   stage{"files", show_files}};
+inline constexpr std::array picture_stages{stage<subject>{"sharpening", show_sharpening},
+                                           stage<subject>{"smoothing and boundary modes", show_smoothing},
+                                           stage<subject>{"local statistics", show_statistics},
+                                           stage<subject>{"casts and arithmetic", show_casts},
+                                           stage<subject>{"moves", show_moves},
+                                           stage<subject>{"files", show_files}};
+
+inline constexpr std::array series_stages{
+    stage<series>{"course of the series", show_course}, stage<series>{"spectrum", show_spectrum},
+    stage<series>{"time and frequency", show_time_frequency}, stage<series>{"crystals", show_crystals},
+    stage<series>{"ridges", show_ridges}};
 
 }  // namespace demo

@@ -46,6 +46,22 @@ TEST(Checkpoint, PollsInStripsWhereSingleStepsWould) {
   EXPECT_GE(point.strip(8.0, 1000000), 124998);
 }
 
+TEST(Checkpoint, PollsForBulkAsOftenAsForItsSteps) {
+  for (const double distance : {1e-9, 1.0, 99.5, 100.0, 777.0, 1e5, 1e9, -1.0})
+    for (const double cost : {0.0, 1.0, 10.0, 100.0})
+      for (const int steps : {1, 3, 64}) {
+        const threshold set(distance);
+        fake_host host, twin_host;
+        checkpoint bulk(host.intrp_ptr(), 50.0), singles(twin_host.intrp_ptr(), 50.0);
+        for (int call = 0; call < 3; ++call) {
+          EXPECT_EQ(bulk.add_rounds(5, cost, steps, 25.0), KORVO_ERR_OK);
+          for (int round = 0; round < 5; ++round, singles.count(25.0))
+            for (int i = 0; i < steps; ++i) EXPECT_EQ(singles.add(cost), KORVO_ERR_OK);
+          EXPECT_EQ(host.polls(), twin_host.polls()) << distance << ", " << cost << ", " << steps;
+        }
+      }
+}
+
 TEST(Temporary, IsSizedIn64Bits) {
   heap::fail_never();
   temporary<_dbl_mat> mat;

@@ -1,6 +1,5 @@
 // The Fourier engine: the passes, one for each factor, and their twiddles.
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <utility>
 
@@ -84,7 +83,8 @@ constexpr double cost_of_general_product = 4.0;  // of which a pair of outputs t
 
 // The rotations of `count` indices from where r stands, and r beyond them.
 struct rotations_of_strip {
-  std::array<double, strip_length> c, s;
+  double c[strip_length];
+  double s[strip_length];
 
   void take(rotor* r, std::int64_t count) {
     for (std::int64_t i = 0; i < count; ++i, r->advance()) {

@@ -59,7 +59,7 @@ code validate(const _univ_mat* in, const _univ_mat* wavelet, const _univ_mat* sc
 // The levels, the lengths of the filters and the shape of the result, in this order.
 code check_sizes(std::int32_t period, const _univ_mat* wavelet, const _univ_mat* scaling, std::int32_t levels,
                  std::int64_t cols, const _univ_mat* out) {
-  const std::int32_t highest = std::bit_width(static_cast<std::uint32_t>(period)) - 1;
+  const auto highest = static_cast<std::int32_t>(std::bit_width(static_cast<std::uint32_t>(period))) - 1;
   if (levels < 1 || levels > highest) return KORVO_ERR_ILLEGAL_SIZE;
   if (wavelet->nrow != scaling->nrow) return KORVO_ERR_ILLEGAL_SIZE;
   return out->nrow == period && out->ncol == cols ? KORVO_ERR_OK : KORVO_ERR_ILLEGAL_SIZE;

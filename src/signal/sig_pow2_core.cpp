@@ -155,7 +155,8 @@ code hartley(double* x, std::int64_t n, double* table, void* intrp_ptr) {
   const double scaling_cost = 5.0 * static_cast<double>(n);
   for (std::int64_t size = n; size >= 4; size /= 2) {
     const rotations turns = {table, n / 8 - 1, n / size};
-    const double group_cost = 40.0 + 120.0 * static_cast<double>(size / 16);
+    const std::int64_t blocks = size / 16;
+    const double group_cost = 40.0 + 120.0 * static_cast<double>(blocks);
     TRY(each_group(x, n, size, group_cost, cost, [&](double* group) { split_group(group, size, turns); }));
     cost.count(scaling_cost);
   }

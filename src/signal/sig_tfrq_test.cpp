@@ -99,11 +99,15 @@ struct twin {
       put(tau, c, sum);
     };
     const auto end = [&] { tally = 0.0, test(200.0 * kr), t += step, ++c; };
-    for (; t < P / 2; end())
+    while (t < P / 2) {
       for (int tau = std::min(2 * t, R - 1) - 1; tau >= 0; --tau, test(50.0 * kr))
         lag(tau, std::min(2 * t - tau, kr) - 1);
-    for (; c < std::min(N, C); end())
+      end();
+    }
+    while (c < std::min(N, C)) {
       for (int tau = std::min(R - 1, N - t) - 1; tau >= 0; --tau) lag(tau, std::min(N - t, kr) - 1);
+      end();
+    }
   }
 };
 
@@ -161,7 +165,8 @@ TEST(TimeFrequency, FollowsTheDefinitionsInEveryShapeThatStaysInside) {
 }
 
 TEST(ChoiWilliams, SmoothsWithItsKernelWhoseRowsSigmaLimits) {
-  for (const auto& [sigma, rows] : {std::pair{2.0, 3 * 6}, {HUGE_VAL, 3}, {0.001, 30}, {1e-320, 30}}) {
+  for (const auto& [width, rows] : {std::pair{2.0, 3 * 6}, {HUGE_VAL, 3}, {0.001, 30}, {1e-320, 30}}) {
+    const double sigma = width;
     _dbl_mat made = {};
     ASSERT_EQ(sigdbl_kernel_choi_williams(5, 30, sigma, nullptr, &made), KORVO_ERR_OK);
     ASSERT_TRUE(made.nrow == rows && made.ncol == 5 && made.nelem == rows * 5) << made.nrow;

@@ -30,7 +30,7 @@ class reversed_counter {
  private:
   const std::int32_t* radices_;
   std::int32_t count_;
-  std::int32_t weights_[fourier_factors::most];
+  std::int32_t weights_[fourier_factors::most] = {};
   std::int32_t digits_[fourier_factors::most] = {};
   std::int32_t reversed_ = 0;
 };

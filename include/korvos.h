@@ -3,6 +3,8 @@
 #ifndef KORVOS_H
 #define KORVOS_H
 
+#include "korvos/classify/cls_gla.h"
+#include "korvos/classify/img_mrf.h"
 #include "korvos/core/api.h"
 #include "korvos/core/mat_set.h"
 #include "korvos/core/mat_univ.h"
@@ -20,6 +22,7 @@
 #include "korvos/matrix/mat_io.h"
 #include "korvos/matrix/mat_summ.h"
 #include "korvos/matrix/mat_tile.h"
+#include "korvos/numeric/mat_num.h"
 #include "korvos/segment/img_conv.h"
 #include "korvos/signal/sig_conv.h"
 #include "korvos/signal/sig_pow2.h"

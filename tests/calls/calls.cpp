@@ -4,10 +4,11 @@ const call_rows& all_calls() {
   static const call_rows all = [] {
     call_rows rows;
     for (const call_rows& module :
-         {core_calls(), mat_assn_calls(), mat_cast_calls(), mat_arit_calls(), mat_summ_calls(), mat_io_calls(),
-          mat_tile_calls(), img_pttr_calls(), img_io_calls(), sig_conv_calls(), img_conv_calls(),
-          sig_tran_calls(), sig_pow2_calls(), sig_win_calls(), sig_tfrq_calls(), wav_modw_calls(),
-          wav_wtmm_calls(), wav_skel_calls(), wav_skel_local_calls()})
+         {core_calls(),     mat_assn_calls(), mat_cast_calls(), mat_arit_calls(),       mat_summ_calls(),
+          mat_io_calls(),   mat_tile_calls(), img_pttr_calls(), img_io_calls(),         sig_conv_calls(),
+          img_conv_calls(), sig_tran_calls(), sig_pow2_calls(), sig_win_calls(),        sig_tfrq_calls(),
+          wav_modw_calls(), wav_wtmm_calls(), wav_skel_calls(), wav_skel_local_calls(), mat_num_calls(),
+          cls_gla_calls(),  img_mrf_calls(),  korvos_calls()})
       rows.insert(rows.end(), module.begin(), module.end());
     return rows;
   }();

@@ -1,0 +1,5 @@
+#include "korvos/numeric/mat_num.h"
+
+#include "tests/calls/calls.hpp"
+
+call_rows mat_num_calls() { return {}; }

@@ -1,6 +1,7 @@
 // Codes, owners of matrices and files, casts.
 #include "words.hpp"
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <utility>
@@ -26,27 +27,30 @@ matrix& matrix::operator=(matrix&& other) noexcept {
 
 _univ_mat matrix::release() { return std::exchange(static_cast<_univ_mat&>(*this), _univ_mat{}); }
 
-planes::planes() : _mat_set{} {
-  const std::int32_t three = 3;
-  check(matset_malloc(this, 1, &three));
+stack::stack(std::span<const std::int32_t> dimensions) : _mat_set{} {
+  check(matset_malloc(this, static_cast<std::int32_t>(dimensions.size()), dimensions.data()));
   for (std::int32_t k = 0; k < nmat; ++k) mats[k] = _univ_mat{};  // good to be freed
 }
 
-planes::planes(std::int32_t rows, std::int32_t cols, _korvo_type element) : planes() {
+stack::stack(std::initializer_list<std::int32_t> dimensions, std::int32_t rows, std::int32_t cols,
+             _korvo_type element)
+    : stack(std::span(dimensions.begin(), dimensions.size())) {
   check(matset_malloc_matrices(this, rows, cols, element));
 }
 
-planes::planes(planes&& other) noexcept : _mat_set(std::exchange(static_cast<_mat_set&>(other), _mat_set{})) {}
+stack::stack(stack&& other) noexcept : _mat_set(std::exchange(static_cast<_mat_set&>(other), _mat_set{})) {}
 
-planes& planes::operator=(planes&& other) noexcept {
+stack& stack::operator=(stack&& other) noexcept {
   std::swap(static_cast<_mat_set&>(*this), static_cast<_mat_set&>(other));
   return *this;
 }
 
-planes::~planes() {
+stack::~stack() {
   (void)matset_free_matrices(this);
   (void)matset_free(this);
 }
+
+planes::planes() : stack(std::array<std::int32_t, 1>{3}) {}
 
 matrix as_type(const _univ_mat& in, _korvo_type element) {
   matrix out(in.nrow, in.ncol, element);

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <initializer_list>
 #include <memory>
 #include <span>
 #include <stdexcept>
@@ -44,15 +45,22 @@ struct matrix : _univ_mat {
   _univ_mat release();
 };
 
-// Three planes of one shape that own their elements: red, green and blue.
-struct planes : _mat_set {
-  planes();
-  planes(std::int32_t rows, std::int32_t cols, _korvo_type element);
-  planes(planes&& other) noexcept;
-  planes& operator=(planes&& other) noexcept;
-  ~planes();
+// Matrices of one shape that own their elements, in a set of these dimensions.
+struct stack : _mat_set {
+  explicit stack(std::span<const std::int32_t> dimensions);  // matrices that hold nothing yet
+  stack(std::initializer_list<std::int32_t> dimensions, std::int32_t rows, std::int32_t cols,
+        _korvo_type element);
+  stack(stack&& other) noexcept;
+  stack& operator=(stack&& other) noexcept;
+  ~stack();
 
   const _univ_mat& first() const { return mats[0]; }
+};
+
+// Three planes: red, green and blue.
+struct planes : stack {
+  planes();
+  planes(std::int32_t rows, std::int32_t cols, _korvo_type element) : stack({3}, rows, cols, element) {}
 };
 
 // The same done to each plane: f(const _univ_mat& plane) makes the plane of the result.

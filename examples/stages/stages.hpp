@@ -15,6 +15,8 @@ void show_smoothing(const subject& photo, gallery& out);
 void show_sharpening(const subject& photo, gallery& out);
 void show_statistics(const subject& photo, gallery& out);
 void show_moves(const subject& photo, gallery& out);
+void show_palette(const subject& photo, gallery& out);
+void show_classes(const subject& photo, gallery& out);
 void show_files(const subject& photo, gallery& out);
 
 void show_course(const series& heard, gallery& out);
@@ -35,6 +37,8 @@ inline constexpr std::array picture_stages{stage<subject>{"sharpening", show_sha
                                            stage<subject>{"local statistics", show_statistics},
                                            stage<subject>{"casts and arithmetic", show_casts},
                                            stage<subject>{"moves", show_moves},
+                                           stage<subject>{"palette", show_palette},
+                                           stage<subject>{"classes", show_classes},
                                            stage<subject>{"files", show_files}};
 
 inline constexpr std::array series_stages{

@@ -1,13 +1,8 @@
 #include "korvos/image/img_pttr.h"
 
-#include <gtest/gtest.h>
-
 #include <cfloat>
-#include <cmath>
 
-#include "tests/support/costs.hpp"
-#include "tests/support/levels.hpp"
-#include "tests/support/matrix.hpp"
+#include "tests/support/all.hpp"
 
 using namespace korvo;
 

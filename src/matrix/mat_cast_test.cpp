@@ -1,14 +1,8 @@
 #include "korvos/matrix/mat_cast.h"
 
-#include <gtest/gtest.h>
-
 #include <bit>
-#include <cmath>
-#include <cstring>
 
-#include "tests/support/costs.hpp"
-#include "tests/support/fenced.hpp"
-#include "tests/support/levels.hpp"
+#include "tests/support/all.hpp"
 
 namespace {
 

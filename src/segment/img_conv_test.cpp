@@ -1,13 +1,8 @@
 #include "korvos/segment/img_conv.h"
 
-#include <gtest/gtest.h>
-
 #include "korvos/signal/sig_conv.h"
 #include "tests/reference/correlate.hpp"
-#include "tests/support/costs.hpp"
-#include "tests/support/fenced.hpp"
-#include "tests/support/forms.hpp"
-#include "tests/support/levels.hpp"
+#include "tests/support/all.hpp"
 
 namespace {
 

@@ -1,12 +1,7 @@
 #include "korvos/signal/sig_pow2.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "korvos/matrix/mat_assn.h"
-#include "tests/support/costs.hpp"
-#include "tests/support/matrix.hpp"
+#include "tests/support/all.hpp"
 
 namespace {
 

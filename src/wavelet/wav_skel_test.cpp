@@ -1,15 +1,8 @@
 #include "korvos/wavelet/wav_skel.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-
-#include "core/dispatch.hpp"
 #include "korvos/wavelet/wav_skel_local.h"
 #include "korvos/wavelet/wav_wtmm.h"
-#include "tests/support/costs.hpp"
-#include "tests/support/matrix.hpp"
+#include "tests/support/all.hpp"
 
 namespace {
 
@@ -56,20 +49,22 @@ struct search {
 };
 
 TEST(SeekChain, LinksRoundTheCircleAndWalks) {
-  const auto expect = [](const numbers& marks, const numbers& from, double most, const numbers& next) {
+  const struct {
+    numbers marks, from;
+    double most;
+    numbers next;
+  } cases[] = {{{8, 12}, {10}, 3.0, {8}},             // a tie
+               {{8, 11}, {10}, 3.0, {8}},             // 11 is 3 from the best so far, 8
+               {{2, 9}, {10}, 3.0, {-1}},             // 9 is best, but 7 from the best before it
+               {{18}, {1}, 3.0, {18}},                // left edge to right
+               {{1}, {18}, 2.9, {-1}},                // right edge to left, too far
+               {{5}, {4, 7}, 100.0, {5, 7}},          // kept: the second stays, since a mark has been seen
+               {{5}, {4, -1, 6}, 9.0, {5, -1, -1}}};  // one was dead before
+  for (const auto& [marks, from, most, next] : cases) {
     search s(20, marks, from, most);
     EXPECT_EQ(s(), KORVO_ERR_OK);
     EXPECT_EQ(numbers(s.tips.data + s.tips.ncol, s.tips.data + s.tips.nelem), next);
-  };
-  expect({8, 12}, {10}, 3.0, {8});            // a tie
-  expect({8, 11}, {10}, 3.0, {8});            // 11 is 3 from the best so far, 8
-  expect({2, 9}, {10}, 3.0, {-1});            // 9 is best, but 7 from the best before it
-  expect({18}, {1}, 3.0, {18});               // left edge to right
-  expect({1}, {18}, 3.0, {1});                // right edge to left
-  expect({1}, {18}, 2.9, {-1});               // too far
-  expect({}, {4, 7}, 100.0, {-1, -1});        // no mark at all
-  expect({5}, {4, 7}, 100.0, {5, 7});         // kept: the second stays where it is, since a mark has been seen
-  expect({5}, {4, -1, 6}, 9.0, {5, -1, -1});  // one was dead before
+  }
 }
 
 TEST(SeekChain, IsTheScanOfEveryColumn) {
@@ -123,17 +118,18 @@ struct owned : _univ_mat {
 TEST(GrowChainSet, KeepsTheLivingAndPutsTheNewAfterThem) {
   const owned added(1, {33, 34}), begun(1, {3, 4}), longer(1, {1, 2, 3});
   owned tips(2, {7, 20, 9, 5, -1, 6}), origins(2, {1, 2, 3, 0, -1, 0});
-  const auto expect = [&](_korvo_errcode code, const _univ_mat& o, const numbers& t, const numbers& from) {
-    EXPECT_EQ(localfn_wav_grow_chain_set(&added, &o, nullptr, &tips, &origins), code);
-    EXPECT_EQ(tips.elements(), t);
-    EXPECT_EQ(origins.elements(), from);
+  const auto grow = [&](const _univ_mat& to) {
+    return localfn_wav_grow_chain_set(&added, &to, nullptr, &tips, &origins);
   };
-  expect(KORVO_ERR_OK, begun, {5, 6, 33, 34}, {1, 3, 3, 4});
-  as<_s32_mat>(tips).data[0] = -1;  // of one row
-  expect(KORVO_ERR_OK, added, {6, 33, 34, 33, 34}, {3, 3, 4, 33, 34});
+  EXPECT_EQ(grow(begun), KORVO_ERR_OK);
   for (const _univ_mat* wrong : {static_cast<const _univ_mat*>(&longer), static_cast<const _univ_mat*>(&tips)})
-    expect(KORVO_ERR_ILLEGAL_SIZE, *wrong, {6, 33, 34, 33, 34}, {3, 3, 4, 33, 34});
+    EXPECT_EQ(grow(*wrong), KORVO_ERR_ILLEGAL_SIZE);
   EXPECT_EQ(localfn_wav_grow_chain_set(&added, &added, nullptr, &tips, &tips), KORVO_ERR_ILLEGAL_ADDRESS);
+  EXPECT_EQ(tips.elements(), (numbers{5, 6, 33, 34}));
+  EXPECT_EQ(origins.elements(), (numbers{1, 3, 3, 4}));
+  as<_s32_mat>(tips).data[0] = -1;  // of one row
+  EXPECT_EQ(grow(added), KORVO_ERR_OK);
+  EXPECT_EQ(tips.elements(), (numbers{6, 33, 34, 33, 34}));
 }
 
 struct chains {
@@ -175,37 +171,6 @@ TEST(Skeleton, HasEachMarkInOneChain) {
       }
     EXPECT_LE(*std::max_element(mask.data, mask.data + mask.nelem), 0);
     EXPECT_EQ(point, points.data() + points.size());
-  }
-}
-
-// A transform by direct sums over a period of 128, from fine to coarse with two voices.
-template <class Signal, class Wavelet>
-chains ridges(Signal signal, Wavelet wavelet) {
-  const dbl_matrix w(8, 128);
-  const s32_matrix mask(8, 128);
-  for (int r = 0; r < 8; ++r)
-    for (int t = 0; t < 128; ++t)
-      for (int u = -64; u < 64; ++u) {
-        const double x = u / std::exp2(0.5 * r);
-        w(r, t) += signal((t + u + 128) % 128) * wavelet(x) * std::exp(-0.5 * x * x);
-      }
-  const _univ_mat transform = w.universal();
-  _univ_mat marks = mask.universal();
-  EXPECT_EQ(wavuniv_transform_modulus_maxima(&transform, 0.01, 0, nullptr, &marks), KORVO_ERR_OK);
-  return chains(mask, 2);
-}
-
-TEST(Skeleton, FollowsRidgesThroughAllScales) {
-  const auto step = [](int t) { return t == 40 || t == 100 ? 0.5 : t > 40 && t < 100 ? 1.0 : 0.0; };
-  const auto cusp = [](int t) { return std::abs((t + 24) % 128 - 64); };
-  const chains found[] = {ridges(step, [](double x) { return -x; }),
-                          ridges(cusp, [](double x) { return 1.0 - x * x; })};
-  for (const chains& each : found) {
-    numbers straight;
-    for (const int col : {40, 100 + 4 * (&each == &found[1])})
-      for (int r = 7; r >= 0; --r) straight.insert(straight.end(), {r, col});
-    EXPECT_EQ(each.points.elements(), straight);
-    EXPECT_EQ(each.lengths.elements(), (numbers{8, 8}));
   }
 }
 

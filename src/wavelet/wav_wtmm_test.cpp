@@ -1,12 +1,6 @@
 #include "korvos/wavelet/wav_wtmm.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
-#include "tests/support/costs.hpp"
-#include "tests/support/levels.hpp"
-#include "tests/support/matrix.hpp"
+#include "tests/support/all.hpp"
 
 namespace {
 

@@ -18,6 +18,7 @@ struct call_row {
   std::string name;                           // the exported name; for a further row "name/variant"
   std::function<ready_call(scene&)> prepare;  // fills a scene; must succeed without a host
   bool may_be_silent = false;                 // a stop inside the Fourier engine goes unsaid: success
+  bool reads = false;                         // no beginning of what is read from the stream will do
 };
 using call_rows = std::vector<call_row>;
 
@@ -150,7 +151,7 @@ call_row row(std::string name, _korvo_errcode (*f)(P...), const given& how) {
               return std::apply([&](auto... argument) { return f(hosted(argument, intrp_ptr)...); }, made);
             };
           },
-          how.may_be_silent};
+          how.may_be_silent, !how.file.empty()};
 }
 
 #define ROW(name, how) row(#name, &name, how)

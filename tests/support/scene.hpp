@@ -69,8 +69,12 @@ class scene {
     return made;
   }
 
-  // A stream that holds `text`, to be read or written; what it holds after the call is hashed.
-  FILE* stream(std::string text);
+  // A stream that holds `text`, to be read or written; what it holds after the call is hashed. A sweep may let
+  // it fail at a call, or end early.
+  FILE* stream(const std::string& text);
+  int failing_call = INT_MAX;
+  std::size_t most_text = std::string::npos;
+  fault_stream* streamed = nullptr;
 
   // Bytes that must stay as they are.
   void keep(const void* data, std::size_t size);

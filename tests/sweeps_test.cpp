@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 #include "tests/calls/calls.hpp"
@@ -20,6 +21,7 @@ struct trouble {
   bool and_after = false;
   int stream_call = INT_MAX;
   std::size_t most_text = std::string::npos;
+  faults spoiled = {};
 };
 
 struct outcome {
@@ -39,6 +41,7 @@ class Sweep : public testing::TestWithParam<call_row> {
       scene s;
       s.failing_call = in.stream_call;
       s.most_text = in.most_text;
+      s.spoiled = in.spoiled;
       const ready_call call = GetParam().prepare(s);
       heap::fail_at(in.allocation, in.and_after);
       seen.result = call(intrp_ptr);
@@ -66,6 +69,14 @@ TEST_P(Sweep, ReportsEveryFailedAllocation) {
   for (int k = 1; k <= allocations; ++k)
     for (const bool and_after : {false, true})
       EXPECT_EQ(run(nullptr, {k, and_after}).result, KORVO_ERR_MALLOC) << "allocation " << k;
+}
+
+// Each fault alone, and with all that the routine looks for after it.
+TEST_P(Sweep, RefusesInItsOrder) {
+  for (faults rest = GetParam().refused; !rest.empty(); rest.erase(rest.begin())) {
+    EXPECT_EQ(run(nullptr, {.spoiled = rest}).result, rest[0].expected) << "and " << rest.size() - 1 << " more";
+    EXPECT_EQ(run(nullptr, {.spoiled = {rest[0]}}).result, rest[0].expected) << rest.size() - 1 << " to come";
+  }
 }
 
 // In a locale with a decimal comma, which must change nothing and be back after every call.
@@ -120,6 +131,20 @@ TEST(Table, HasARowForEachExportedRoutine) {
   ASSERT_FALSE(declared.empty());
   for (const std::string& name : declared) EXPECT_TRUE(rows.erase(name) == 1) << "no row for " << name;
   for (const std::string& name : rows) ADD_FAILURE() << "row for a name that no header declares: " << name;
+}
+
+TEST(Table, HasUniversalFormsThatGiveTheBitsOfTheTypedOnes) {
+  std::map<std::string, std::uint64_t> results;
+  for (const call_row& row : all_calls()) {
+    scene s;
+    EXPECT_EQ(row.prepare(s)(nullptr), KORVO_ERR_OK);
+    results[row.name] = s.results();
+  }
+  for (const char* other : {"matuniv_range", "matuniv_wrap_data"}) results.erase(other);  // by their arguments
+  for (const auto& [name, result] : results) {
+    const std::string universal = name.starts_with("matdbl_") ? "matuniv_" + name.substr(7) : name;
+    EXPECT_TRUE(!results.contains(universal) || results[universal] == result) << name;
+  }
 }
 
 }  // namespace

@@ -211,13 +211,13 @@ TEST(UniversalScalar, IsAnIntegerThatFitsOrAnyNumberForFloatingResults) {
     EXPECT_EQ(out.value(), fits ? x : 0.0) << "in type " << type;
   };
   const auto s32 = [](std::int32_t x) { return _univ_scalar{_univ_value{.s32 = x}, KORVO_SINT32}; };
-  for (const int x : {-32768, -32767, -1, 0, 255, 256, 32767, 32768, 65535, 65536, INT32_MAX}) {
-    expect(s32(x), KORVO_UINT8, x >= 0 && x <= 255, x);
-    expect(s32(x), KORVO_UINT16, x >= 0 && x <= 65535, x);
-    expect(s32(x), KORVO_UINT32, x >= 0, x);
-    expect(s32(x), KORVO_SINT16, x >= -32767 && x <= 32767, x);
-    expect(s32(x), KORVO_DOUBLE, true, x);
-  }
+  for (const int x : {-32768, -32767, -1, 0, 255, 256, 32767, 32768, 65535, 65536, INT32_MAX})
+    for (const auto& [type, low, high] : {std::tuple{KORVO_UINT8, 0, 255},
+                                          {KORVO_UINT16, 0, 65535},
+                                          {KORVO_UINT32, 0, INT32_MAX},
+                                          {KORVO_SINT16, -32767, 32767},
+                                          {KORVO_DOUBLE, INT32_MIN, INT32_MAX}})
+      expect(s32(x), type, x >= low && x <= high, x);
   for (const int type : {KORVO_UINT8, KORVO_SINT32, KORVO_FLOAT, KORVO_DCOMPLEX})
     expect({_univ_value{.dbl = 1}, KORVO_DOUBLE}, type, type == KORVO_FLOAT, 1);  // though the value fits
   expect({_univ_value{.u32 = 0x80000000}, KORVO_UINT32}, KORVO_SINT32, false, 0);
@@ -226,10 +226,10 @@ TEST(UniversalScalar, IsAnIntegerThatFitsOrAnyNumberForFloatingResults) {
   expect({_univ_value{.cpx = {1, 0}}, KORVO_DCOMPLEX}, KORVO_DOUBLE, false, 0);
   const cell wide(KORVO_SINT32, 300);
   cell u8(KORVO_UINT8, 3);
-  EXPECT_EQ(matuniv_multiply_scalar(nullptr, s32(-2), nullptr, &u8.mat), KORVO_ERR_NULL_POINTER);
-  EXPECT_EQ(matuniv_multiply_scalar(&wide.mat, s32(-2), nullptr, &u8.mat), KORVO_ERR_ILLEGAL_TYPE);
-  EXPECT_EQ(matuniv_multiply_scalar(&wide.mat, s32(2), nullptr, &u8.mat), KORVO_ERR_OVERFLOW);
-  EXPECT_EQ(matuniv_multiply_scalar(&u8.mat, s32(2), nullptr, &u8.mat), KORVO_ERR_OK);
+  for (const auto& [in, factor, expected] : {std::tuple{&wide.mat, -2, KORVO_ERR_ILLEGAL_TYPE},
+                                             {&wide.mat, 2, KORVO_ERR_OVERFLOW},
+                                             {&std::as_const(u8.mat), 2, KORVO_ERR_OK}})
+    EXPECT_EQ(matuniv_multiply_scalar(in, s32(factor), nullptr, &u8.mat), expected);
   EXPECT_EQ(u8.value(), 6);
 }
 

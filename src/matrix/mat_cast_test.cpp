@@ -93,12 +93,11 @@ void expect_rule() {
   const auto all = samples<element<M>>();
   std::vector<element<M>> fitting, misfits;
   for (const auto& x : all) (rule<element<N>>(x).fits ? fitting : misfits).push_back(x);
-  for (std::size_t i = 0; i < all.size(); ++i) expect_run<M, N>({all[i]}, 0);
-  for (const std::size_t count : {1U, 2U, 3U, 7U, 8U, 9U, 15U, 17U, 31U, 33U, 63U, 65U, 400U})
-    for (const std::size_t first : {0U, 50U, 100U, 150U}) {
-      expect_run<M, N>(some_of(all, count, first), 2);
-      expect_run<M, N>(some_of(fitting, count, first), 0);
-    }
+  for (const auto& x : all) expect_run<M, N>({x}, 0);
+  for (const std::size_t count : {2U, 3U, 7U, 8U, 9U, 15U, 17U, 31U, 33U, 63U, 65U, 400U}) {
+    expect_run<M, N>(some_of(all, count, 7 * count), 2);
+    expect_run<M, N>(some_of(fitting, count, 7 * count), 0);
+  }
   for (const std::size_t offender : {0U, 2047U, 2048U, 5000U})  // around the strips of a cast
     for (std::size_t i = 0; i < misfits.size(); i += 7) {
       auto numbers = some_of(fitting, 5003, i);
@@ -123,11 +122,7 @@ TEST(Cast, FollowsTheRuleAtEachLevel) {
 
 TEST(Cast, RoundsHalvesUpAndComparesWhatIsRounded) {
   const dbl_matrix in(1, 9, {-0.4, -0.5, 2.5, 255.4, 255.5, -0.6, -2.5, -32768.0, nan});
-  s16_matrix shorts(1, 9), turned(9, 1);
-  const _dbl_mat no_data = {1, 9, 9, nullptr};
-  _s16_mat no_rows = {0, 3, 0, nullptr};
-  EXPECT_EQ(matdbl_cast_to_s16(&no_data, 0, nullptr, &no_rows), KORVO_ERR_NULL_POINTER);
-  EXPECT_EQ(matdbl_cast_to_s16(&in, 0, nullptr, &turned), KORVO_ERR_ILLEGAL_SIZE) << "before any element";
+  s16_matrix shorts(1, 9);
   EXPECT_EQ(matdbl_cast_to_s16(&in, 2, nullptr, &shorts), KORVO_ERR_OK);
   EXPECT_EQ(shorts.elements(), s16_matrix(1, 9, {0, 0, 3, 255, 256, -1, -2, -32767, -32767}).elements());
 }

@@ -14,43 +14,7 @@ using namespace std::string_literals;
 namespace {
 
 constexpr code good = KORVO_ERR_OK, io = KORVO_ERR_IO, bad_value = KORVO_ERR_ILLEGAL_VALUE,
-               bad_size = KORVO_ERR_ILLEGAL_SIZE, bad_type = KORVO_ERR_ILLEGAL_TYPE,
-               null = KORVO_ERR_NULL_POINTER;
-
-// The exported forms of a type; the raw forms of u8 are given the flag that they lack.
-template <class M>
-struct routines {
-  code (*print)(FILE*, const M*, const char*, std::int32_t, void*);
-  code (*parse)(FILE*, void*, M*);
-  code (*write_ascii)(FILE*, const M*, const char*, std::uint16_t, void*);
-  code (*read_ascii)(FILE*, char, char, void*, M*);
-  code (*write_raw)(FILE*, const M*, std::uint8_t, void*);
-  code (*read_raw)(FILE*, std::int32_t, std::uint8_t, void*, M*);
-};
-#define TEXT_FORMS(mat) mat##_print, mat##_parse, mat##_write_ascii, mat##_read_ascii
-#define FORMS(M, mat) constexpr routines<M> mat##_forms{TEXT_FORMS(mat), mat##_write_raw, mat##_read_raw};
-FORMS(_u16_mat, matu16)
-FORMS(_u32_mat, matu32)
-FORMS(_s16_mat, mats16)
-FORMS(_s32_mat, mats32)
-FORMS(_flt_mat, matflt)
-FORMS(_dbl_mat, matdbl)
-FORMS(_univ_mat, matuniv)
-constexpr routines<_u8_mat> matu8_forms{
-    TEXT_FORMS(matu8),
-    [](FILE* f, const _u8_mat* m, std::uint8_t, void* h) { return matu8_write_raw(f, m, h); },
-    [](FILE* f, std::int32_t n, std::uint8_t, void* h, _u8_mat* m) { return matu8_read_raw(f, n, h, m); }};
-
-// Calls test(M{}, forms, given) for the typed and the universal forms of each type; given(mat) is their record.
-template <class Test>
-void each_form(Test test) {
-  const auto both = [&]<class M>(const routines<M>& typed) {
-    test(M{}, typed, [](const matrix<M>& mat) -> M { return mat; });
-    test(M{}, matuniv_forms, [](const matrix<M>& mat) { return mat.universal(); });
-  };
-  both(matu8_forms), both(matu16_forms), both(matu32_forms), both(matflt_forms);
-  both(mats16_forms), both(mats32_forms), both(matdbl_forms);
-}
+               bad_size = KORVO_ERR_ILLEGAL_SIZE, bad_type = KORVO_ERR_ILLEGAL_TYPE;
 
 // What a routine writes with these arguments, and the code that it gives on a file.
 template <class... P, class... A>
@@ -65,15 +29,13 @@ code result_on(const std::string& file, code (*form)(FILE*, P...), const A&... a
 }
 
 // Parses into an unset record, which a parse that fails must leave without data; *again is what it prints.
-template <class M>
-code parsed(FILE* stream, const routines<M>& forms, void* host = nullptr, std::string* again = nullptr,
-            const char* format = nullptr) {
-  M mat;
+code parsed(FILE* stream, void* host = nullptr, std::string* again = nullptr, const char* format = nullptr) {
+  _univ_mat mat;
   std::memset(&mat, 1, sizeof mat);
-  const code result = forms.parse(stream, host, &mat);
+  const code result = matuniv_parse(stream, host, &mat);
   EXPECT_EQ(mat.data != nullptr, result == good);
-  if (again && result == good) *again = text_of(forms.print, &mat, format, 20, nullptr);
-  (void)korvo_free(mat.data);
+  if (again && result == good) *again = text_of(matuniv_print, &mat, format, 20, nullptr);
+  if (result == good) (void)matuniv_free(&mat);
   return result;
 }
 
@@ -138,7 +100,7 @@ TEST(Parse, RefusesHeadingsThatLie) {
   for (const auto& [expected, sizes] : headings) {
     const std::string text = "double Matrix: nrow="s + sizes + "  {\n    Row[0]:  7 7 \n}\n";
     heap::fail_at(1);
-    EXPECT_EQ(parsed(fault_stream(text).get(), matdbl_forms), expected) << text;
+    EXPECT_EQ(parsed(fault_stream(text).get()), expected) << text;
   }
   heap::fail_never();
 }
@@ -147,15 +109,16 @@ TEST(Parse, TakesAnyWhiteSpaceAndAsksForNoLabels) {
   const std::string plain = "float Matrix: nrow=2, ncol=1  {\n    Row[0]:  1 \n    Row[1]:  2 \n}\n";
   std::string again;
   const char* const loose = "\n\t float\nMatrix:nrow= 2,ncol= 1\n{Row[ 7]:1 Row[\n-9 ]:2}";
-  EXPECT_EQ(parsed(fault_stream(loose).get(), matflt_forms, nullptr, &again), good);
+  EXPECT_EQ(parsed(fault_stream(loose).get(), nullptr, &again), good);
   EXPECT_EQ(again, plain);
-  for (const char* text : {"float Matrix: nrow=2, ncol=1 {1 2 3}", "float Matrix: nrow=2, ncol=1 {1 x}",
-                           "double Matrix: nrow=2, ncol=1 {1 2}"})
-    EXPECT_EQ(parsed(fault_stream(text).get(), matflt_forms), io) << text;
+  for (const char* text : {"float Matrix: nrow=2, ncol=1 {1 2 3}", "float Matrix: nrow=2, ncol=1 {1 x}"})
+    EXPECT_EQ(parsed(fault_stream(text).get()), io) << text;
+  dbl_matrix other(1, 1);
+  EXPECT_EQ(result_on(plain, matdbl_parse, nullptr, static_cast<_dbl_mat*>(&other)), io);
   // The universal form leaves the stream where a word is not known.
   for (const std::string& word : {"complex"s, "doubleMatrix:"s, std::string(3000, 'x'), ""s}) {
     fault_stream stream(" " + word);
-    EXPECT_EQ(parsed(stream.get(), matuniv_forms), word.empty() ? io : bad_type);
+    EXPECT_EQ(parsed(stream.get()), word.empty() ? io : bad_type);
     EXPECT_EQ(stream.rest(), stream.text());
   }
 }
@@ -182,7 +145,7 @@ TEST(MatIoNumbers, HaveTheRangesOfTheirTypeAfterTheirCut) {
       _univ_mat mat{1, 1, 1, &element, row.type};
       std::string again, text = text_of(matuniv_print, &mat, nullptr, 0, nullptr);
       text.replace(text.size() - 5, 1, number);
-      EXPECT_EQ(parsed(fault_stream(text).get(), matuniv_forms, nullptr, &again), taken ? good : bad_value);
+      EXPECT_EQ(parsed(fault_stream(text).get(), nullptr, &again), taken ? good : bad_value);
       const code listed = taken || is_floating(row.type) ? good : io;
       EXPECT_EQ(result_on(number, matuniv_read_ascii, 0, 0, nullptr, &mat), listed) << word;
       if (!taken) continue;
@@ -227,7 +190,7 @@ std::string listed(const matrix<M>& mat, const std::string& delimiter, int line_
 }
 
 TEST(MatIo, BringsEveryTypeBack) {
-  each_form([]<class M>(M, const auto& forms, auto given) {
+  each_record(real_records{}, []<class M> {
     using limits = std::numeric_limits<element<M>>;
     const double low = limits::is_signed ? -128 : 0, high = sizeof *M::data == 1 ? 255 : 32767;
     matrix<M> mat = matrix<M>::random(10, 31, 5, low, high), back(10, 31);
@@ -236,29 +199,29 @@ TEST(MatIo, BringsEveryTypeBack) {
     const double ends[] = {lowest, std::min(highest, 1e37), limits::denorm_min(), -0.0,
                            1 + double{limits::epsilon()}};
     std::transform(ends, ends + 5, mat.data, as_element<element<M>>);
-    const auto in = given(mat);
-    auto out = given(back);
+    const _univ_mat in = mat.universal();
+    _univ_mat out = back.universal();
     const char* const lossless = is_floating(tag<M>::type) ? "%.17g " : nullptr;
-    const std::string text = text_of(forms.print, &in, lossless, 20, nullptr);
+    const std::string text = text_of(matuniv_print, &in, lossless, 20, nullptr);
     fault_stream printed(text + text + "rest");
     for (int i = 0; i < 2; ++i) {
       std::string again;
-      EXPECT_EQ(parsed(printed.get(), forms, nullptr, &again, lossless), good);
+      EXPECT_EQ(parsed(printed.get(), nullptr, &again, lossless), good);
       EXPECT_EQ(again, text);
     }
     EXPECT_EQ(printed.rest(), "\nrest");
     for (const int length : {0, 40, 65535})
       for (const std::size_t gap : {1U, 8U, 9U, 5000U}) {
         const std::string delimiter(gap, ';'), expected = listed<M>(mat, delimiter, length);
-        ASSERT_EQ(text_of(forms.write_ascii, &in, delimiter.c_str(), length, nullptr), expected) << length;
+        ASSERT_EQ(text_of(matuniv_write_ascii, &in, delimiter.c_str(), length, nullptr), expected) << length;
         if (gap == 5000) continue;
-        ASSERT_EQ(result_on(expected, forms.read_ascii, ';', 0, nullptr, &out), good);
+        ASSERT_EQ(result_on(expected, matuniv_read_ascii, ';', 0, nullptr, &out), good);
         ASSERT_EQ(listed<M>(back, delimiter, length), expected);
       }
     mat.data[0] = limits::signaling_NaN();
     for (const bool big_endian : {false, true}) {
-      fault_stream raw("12345" + text_of(forms.write_raw, &in, big_endian, nullptr) + "rest");
-      EXPECT_EQ(forms.read_raw(raw.get(), 5, big_endian, nullptr, &out), good);
+      fault_stream raw("12345" + text_of(matuniv_write_raw, &in, big_endian, nullptr) + "rest");
+      EXPECT_EQ(matuniv_read_raw(raw.get(), 5, big_endian, nullptr, &out), good);
       EXPECT_TRUE(same_bits<M>(mat, back));
       EXPECT_EQ(raw.rest(), "rest");
     }
@@ -298,30 +261,18 @@ TEST(MatIo, SeesThatABufferedStreamFails) {
 
 TEST(MatIoRefusals, ComeInTheirOrder) {
   fault_stream file("1 2 3");
-  const auto refuses = [](const auto& forms, auto* mat, code expected) {
-    EXPECT_EQ(forms.print(nullptr, mat, "%s", 0, nullptr), expected);
-    EXPECT_EQ(forms.write_ascii(nullptr, mat, nullptr, 70, nullptr), expected);
-    EXPECT_EQ(forms.read_ascii(nullptr, 0, 0, nullptr, mat), expected);
-    EXPECT_EQ(forms.read_raw(nullptr, -1, 0, nullptr, mat), expected);
-  };
-  each_form([&]<class M>(M, const auto& forms, auto given) {
-    const matrix<M> one(1, 1);
-    auto mat = given(one), none = mat;
-    none.nrow = 0;
-    refuses(forms, &none, bad_size);
-    refuses(forms, &mat, null);
-    EXPECT_EQ(forms.read_raw(file.get(), -1, 0, nullptr, &mat), bad_value);
-    EXPECT_EQ(forms.write_raw(nullptr, &none, 0, nullptr), null);
-    EXPECT_EQ(forms.write_raw(file.get(), &none, 0, nullptr), bad_size);
-    EXPECT_EQ(forms.parse(file.get(), nullptr, nullptr), null);
-  });
   double element = 0;
-  for (const _korvo_type type : {KORVO_DCOMPLEX, KORVO_SINT8}) {
-    _univ_mat mat = {1, 1, 1, &element, type};
-    refuses(matuniv_forms, &mat, bad_type);
-    EXPECT_EQ(matuniv_write_raw(nullptr, &mat, 0, nullptr), bad_type);
+  _univ_mat mats[] = {
+      {0, 1, 0, &element, KORVO_SINT8}, {0, 1, 0, &element, KORVO_DOUBLE}, {1, 1, 1, &element, KORVO_UINT8}};
+  for (const code expected : {bad_type, bad_size, KORVO_ERR_NULL_POINTER}) {
+    _univ_mat* const mat = &mats[expected == bad_type ? 0 : expected == bad_size ? 1 : 2];
+    EXPECT_EQ(matuniv_print(nullptr, mat, "%s", 0, nullptr), expected);
+    EXPECT_EQ(matuniv_write_ascii(nullptr, mat, nullptr, 70, nullptr), expected);
+    EXPECT_EQ(matuniv_read_ascii(nullptr, 0, 0, nullptr, mat), expected);
+    EXPECT_EQ(matuniv_read_raw(nullptr, -1, 0, nullptr, mat), expected);
+    EXPECT_EQ(matuniv_write_raw(nullptr, mat, 0, nullptr), mat == mats ? bad_type : KORVO_ERR_NULL_POINTER);
   }
-  refuses(matuniv_forms, static_cast<_univ_mat*>(nullptr), null);
+  EXPECT_EQ(matuniv_read_raw(file.get(), -1, 0, nullptr, &mats[2]), bad_value);
   EXPECT_EQ(file.rest(), "1 2 3");
 }
 
@@ -332,9 +283,8 @@ TEST(MatIoCosts, AreThoseOfCharactersRowsAndBytes) {
   u8_matrix narrow(1, 3);
   const auto costs = [](const std::vector<double>& tallies, auto call) { expect_tallies(call, tallies); };
   costs({62010, 95010}, [&](void* h) { return result_on("", mats16_print, &four, nullptr, 15, h); });
-  costs({10000, 20000}, [&](void* h) {
-    return parsed(fault_stream("uint8 Matrix: nrow=2, ncol=1 {1 2}").get(), matu8_forms, h);
-  });
+  costs({10000, 20000},
+        [&](void* h) { return parsed(fault_stream("uint8 Matrix: nrow=2, ncol=1 {1 2}").get(), h); });
   costs({1000, 4000, 7000, 10000},
         [&](void* h) { return result_on("", matu8_write_ascii, &three, ",", 3, h); });
   costs({5000}, [&](void* h) { return result_on("1,2 #\n3", matu8_read_ascii, ',', '#', h, &narrow); });

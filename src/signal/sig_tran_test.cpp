@@ -141,18 +141,6 @@ TEST(Fourier, PollsAtItsCostsAndKeepsSilentWhenItIsStopped) {
   }
 }
 
-TEST(Fourier, RefusesInOrder) {
-  cpx_matrix in(3, 2), turned(2, 3);
-  dbl_matrix real(3, 2);
-  _cpx_mat broken = {3, 2, 5, in.data};
-  EXPECT_EQ(sigcpx_transform_discrete_fourier(nullptr, 0, nullptr, &broken), KORVO_ERR_NULL_POINTER);
-  EXPECT_EQ(sigcpx_transform_discrete_fourier(&in, 0, nullptr, &turned), KORVO_ERR_ILLEGAL_SIZE);
-  EXPECT_EQ(sigdbl_transform_discrete_fourier(&real, 0, nullptr, &broken), KORVO_ERR_ILLEGAL_SIZE);
-  _univ_mat complex = in.universal(), number = real.universal(), flat = {0, 0, 0, nullptr, KORVO_FLOAT};
-  EXPECT_EQ(siguniv_transform_discrete_fourier(&flat, 0, nullptr, &complex), KORVO_ERR_ILLEGAL_TYPE);
-  EXPECT_EQ(siguniv_transform_discrete_fourier(&complex, 0, nullptr, &number), KORVO_ERR_ILLEGAL_TYPE);
-}
-
 // The transform of columns, or of a single row along itself.
 dbl_matrix slow_cosine(const dbl_matrix& in) {
   dbl_matrix out(in.nrow, in.ncol);

@@ -1,7 +1,5 @@
 #include "korvos/matrix/mat_assn.h"
 
-#include <functional>
-
 #include "tests/support/all.hpp"
 
 namespace {
@@ -103,8 +101,6 @@ TEST(Submat, IsPastedWhereItLiesInside) {
         return hit ? in(r - row, c - col) : fenced<M>::post();
       });
     });
-    EXPECT_EQ(paste(&in, 1, 0, nullptr, &in), KORVO_ERR_ILLEGAL_SIZE) << "the bounds first";
-    EXPECT_EQ(paste(&in, 0, 0, nullptr, &in), KORVO_ERR_ILLEGAL_ADDRESS);
   });
 }
 
@@ -118,7 +114,6 @@ TEST(Extract, IsCutWhereItLiesInside) {
       expect_moved<M>(3, 4, if_it(fits), move,
                       [&](int r, int c) { return fits ? in(row + r, col + c) : fenced<M>::post(); });
     });
-    EXPECT_EQ(cut(&in, 1, 0, nullptr, &in), KORVO_ERR_ILLEGAL_ADDRESS) << "the shared buffer first";
   });
 }
 
@@ -130,7 +125,6 @@ TEST(Zeropad, KeepsTheUpperLeft) {
     for (const auto& [rows, cols] : {std::pair{3, 4}, {5, 4}, {3, 9}, {6, 7}})
       expect_moved<M>(rows, cols, KORVO_ERR_OK, move,
                       [&](int r, int c) { return r < 3 && c < 4 ? in(r, c) : element<M>{}; });
-    EXPECT_EQ(pad(&in, nullptr, &in), KORVO_ERR_ILLEGAL_ADDRESS) << "of one shape, and still";
   });
 }
 
@@ -170,35 +164,25 @@ TEST(Moves, PollAtTheirStatedCosts) {
   expect_tallies([&](void* host) { return mats16_flip_up_down(&in, host, &out); }, steps_of(3, 56.0));
 }
 
-TEST(UniversalMoves, RefuseOtherTypesAndThoseWithoutAForm) {
-  using move = std::function<_korvo_errcode(const _univ_mat*, void*, _univ_mat*)>;
-  const auto at_origin = [](auto form) {
-    return [=](const _univ_mat* in, void* host, _univ_mat* out) { return form(in, 0, 0, host, out); };
-  };
-  const auto translate = [](const _univ_mat* in, void* host, _univ_mat* out) {
-    return matuniv_translate(in, 1, 1, {_univ_value{.u8 = 1}, in->type}, host, out);
-  };
-  const std::pair<bool, move> moves[] = {{false, matuniv_assign},
-                                         {false, matuniv_assign_zeropad},
-                                         {false, translate},
-                                         {true, matuniv_transpose},
-                                         {true, matuniv_flip_left_right},
-                                         {true, matuniv_flip_up_down},
-                                         {true, at_origin(matuniv_assign_submat)},
-                                         {true, at_origin(matuniv_extract)}};
+TEST(UniversalMoves, RefuseTypesWithoutAForm) {
   double data[2] = {}, more[2] = {};
-  for (int type = -1; type <= 9; ++type)
-    for (const auto& [complex_too, form] : moves) {
-      const _univ_mat in = {1, 1, 1, data, static_cast<_korvo_type>(type)};
-      _univ_mat out = {1, 1, 1, more, in.type};
-      const bool exists = type == 0 || (type >= 2 && type <= 7) || (type == KORVO_DCOMPLEX && complex_too);
-      EXPECT_EQ(form(&in, nullptr, &out), exists ? KORVO_ERR_OK : KORVO_ERR_ILLEGAL_TYPE) << type;
-    }
-  const _univ_scalar scalar = {_univ_value{.dbl = 1.0}, KORVO_DOUBLE};
-  const _univ_mat from = {1, 1, 1, data, KORVO_FLOAT};
-  _univ_mat to = {1, 1, 1, more, KORVO_FLOAT};
-  EXPECT_EQ(matuniv_assign_scalar(scalar, nullptr, &to), KORVO_ERR_ILLEGAL_TYPE) << "never converted";
-  EXPECT_EQ(matuniv_translate(&from, 0, 0, scalar, nullptr, &to), KORVO_ERR_ILLEGAL_TYPE);
+  for (int type = -1; type <= 9; ++type) {
+    const _univ_mat in = {1, 1, 1, data, static_cast<_korvo_type>(type)};
+    _univ_mat out = {1, 1, 1, more, in.type};
+    const auto expect = [](bool exists, _korvo_errcode code) {
+      EXPECT_EQ(code, exists ? KORVO_ERR_OK : KORVO_ERR_ILLEGAL_TYPE);
+    };
+    const bool is_real = type == 0 || (type >= 2 && type <= 7);
+    for (auto* const form : {matuniv_assign, matuniv_assign_zeropad}) expect(is_real, form(&in, nullptr, &out));
+    expect(is_real, matuniv_translate(&in, 1, 1, {_univ_value{.u8 = 1}, in.type}, nullptr, &out));
+    for (auto* const form : {matuniv_transpose, matuniv_flip_left_right, matuniv_flip_up_down})
+      expect(is_real || type == KORVO_DCOMPLEX, form(&in, nullptr, &out));
+    for (auto* const form : {matuniv_assign_submat, matuniv_extract})
+      expect(is_real || type == KORVO_DCOMPLEX, form(&in, 0, 0, nullptr, &out));
+    const _univ_scalar other = {_univ_value{.dbl = 1.0}, type == KORVO_DOUBLE ? KORVO_FLOAT : KORVO_DOUBLE};
+    expect(false, matuniv_assign_scalar(other, nullptr, &out));  // never converted
+    expect(false, matuniv_translate(&in, 0, 0, other, nullptr, &out));
+  }
 }
 
 }  // namespace

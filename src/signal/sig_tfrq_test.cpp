@@ -111,7 +111,7 @@ void expect_all_twins(int N, int R, int C, int step, std::initializer_list<int> 
 TEST(TimeFrequency, FollowsTheDefinitionsInEveryShapeThatStaysInside) {
   constexpr int most = 6;
   for (int N = 1; N <= most; ++N)
-    for (int R = 1; R <= most + 3; ++R)
+    for (int R = 1; R <= most + 5; ++R)
       for (int C = 1; C <= most; ++C)
         for (int step = 1; step <= most; ++step) expect_all_twins(N, R, C, step, {1, 2, 5});
   each_level([] {
@@ -161,42 +161,36 @@ TEST(ChoiWilliams, RefusesParametersAndLeavesNoKernelBehind) {
 
 // Zeroing, and copying a row into a longer one, poll once each.
 TEST(TimeFrequency, CostsFallPastTheSignalAndBeginAnewAtEachSmoothedInstant) {
-  const twin t = {30, 7, 24, 1};
+  const auto signal = dbl_matrix::random(1, 30, 3), kernel = dbl_matrix::random(20, 7, 5);
   dbl_matrix plane(7, 24);
-  for (const int step : {1, 3}) {
-    const auto expect = [&](auto form, double tally, double cost, int first, int pace) {
-      std::vector<double> tallies;
-      for (int next = first; next <= 23 * step + pace; next += pace) {
-        const bool early = form == margeneau_hill && next - step < 6;
-        tallies.push_back(tally += cost * std::min(7, early ? next : 30 - next));
-      }
-      expect_tallies([&](void* host) { return form(&t.signal, step, host, &plane); }, tallies, {once});
-    };
-    expect(wigner, 200.0 * 3 * 3, 200.0, 3 + 1, 1);
-    expect(cone, 100.0 * 7, 200.0, 1 + 1, 1);
-    expect(margeneau_hill, 0.0, 20.0, step, step);
-  }
-  for (const int rows : {3, 20}) {
-    const auto kernel = dbl_matrix::random(rows, 7, 5);
+  const auto expect = [&](auto form, double tally, double cost, int first, int pace) {
     std::vector<double> tallies;
-    double tally = 0.0;
-    for (int c = 0; c < 24; ++c, tallies.push_back(tally = 200.0 * rows))
-      for (int lag = std::min(2 * c, 6); lag > 0 && c < (7 + rows) / 2; --lag)
-        tallies.push_back(tally += 50.0 * rows);
-    expect_tallies([&](void* host) { return custom(&t.signal, 1, &kernel, host, &plane); }, tallies,
-                   {once, once, once});
-  }
+    for (int next = first; next <= 23 * 3 + pace; next += pace) {
+      const bool early = form == margeneau_hill && next - 3 < 6;
+      tallies.push_back(tally += cost * std::min(7, early ? next : 30 - next));
+    }
+    expect_tallies([&](void* host) { return form(&signal, 3, host, &plane); }, tallies, {once});
+  };
+  expect(wigner, 200.0 * 3 * 3, 200.0, 3 + 1, 1);
+  expect(cone, 100.0 * 7, 200.0, 1 + 1, 1);
+  expect(margeneau_hill, 0.0, 20.0, 3, 3);
+  std::vector<double> smoothing, weights = steps_of(18, 1800.0);
+  double tally = 0.0;
+  for (int c = 0; c < 24; ++c, smoothing.push_back(tally = 200.0 * 20))
+    for (int lag = std::min(2 * c, 6); lag > 0 && c < (7 + 20) / 2; --lag)
+      smoothing.push_back(tally += 50.0 * 20);
+  expect_tallies_of([&](void* host) { return custom(&signal, 1, &kernel, host, &plane); },
+                    {{once, once, once}, smoothing});
   dbl_matrix in(1, 4), out(5, 7);  // too short for the cone: the second step has a tally of its own
   expect_tallies([&](void* host) { return born_jordan(&in, 1, host, &out); }, steps_of(7, 50.0), {once});
   _dbl_mat made = {};
-  std::vector<double> tallies = steps_of(18, 1800.0);
-  for (double& tally : tallies) tally += 90.0;
+  for (double& weight : weights) weight += 90.0;
   expect_tallies(
       [&](void* host) {
         EXPECT_EQ(matdbl_free(&made), KORVO_ERR_OK);
         return sigdbl_kernel_choi_williams(5, 30, 2.0, host, &made);
       },
-      tallies);
+      weights);
   EXPECT_EQ(matdbl_free(&made), KORVO_ERR_OK);
 }
 

@@ -2,11 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
 #include <map>
 #include <set>
 
 #include "tests/calls/calls.hpp"
-#include "tests/support/declared_names.hpp"
 #include "tests/support/heap.hpp"
 #include "tests/support/host.hpp"
 #include "tests/support/levels.hpp"
@@ -127,9 +127,9 @@ INSTANTIATE_TEST_SUITE_P(Calls, Sweep, testing::ValuesIn(all_calls()), test_name
 TEST(Table, HasARowForEachExportedRoutine) {
   std::set<std::string> rows;
   for (const call_row& row : all_calls()) rows.insert(row.name.substr(0, row.name.find('/')));
-  const std::vector<std::string> declared = declared_names();
-  ASSERT_FALSE(declared.empty());
-  for (const std::string& name : declared) EXPECT_TRUE(rows.erase(name) == 1) << "no row for " << name;
+  std::ifstream declared(KORVOS_DECLARED_NAMES);  // by the public headers
+  for (std::string name; std::getline(declared, name);)
+    EXPECT_TRUE(rows.erase(name) == 1) << "no row for " << name;
   for (const std::string& name : rows) ADD_FAILURE() << "row for a name that no header declares: " << name;
 }
 

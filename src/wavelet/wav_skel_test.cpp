@@ -1,7 +1,6 @@
 #include "korvos/wavelet/wav_skel.h"
 
 #include "korvos/wavelet/wav_skel_local.h"
-#include "korvos/wavelet/wav_wtmm.h"
 #include "tests/support/all.hpp"
 
 namespace {
@@ -172,19 +171,6 @@ TEST(Skeleton, HasEachMarkInOneChain) {
     EXPECT_LE(*std::max_element(mask.data, mask.data + mask.nelem), 0);
     EXPECT_EQ(point, points.data() + points.size());
   }
-}
-
-TEST(Skeleton, RefusesInOrder) {
-  owned mask(1, {1, 0}), points(1, {1, 0}), lengths(1, {0});
-  _univ_mat* to = &points;
-  const auto expect = [&](_korvo_errcode code) {
-    EXPECT_EQ(wavuniv_transform_modulus_maxima_skeleton(&mask, 0, nullptr, to, &lengths), code);
-  };
-  expect(KORVO_ERR_ILLEGAL_VALUE);
-  to = &lengths, expect(KORVO_ERR_ILLEGAL_ADDRESS);
-  mask.nelem = 3, expect(KORVO_ERR_ILLEGAL_SIZE);
-  lengths.type = KORVO_DOUBLE, expect(KORVO_ERR_ILLEGAL_TYPE);
-  to = nullptr, expect(KORVO_ERR_NULL_POINTER);
 }
 
 }  // namespace

@@ -33,20 +33,18 @@ _univ_mat* scene::out(_korvo_type type, std::int32_t rows, std::int32_t cols) {
   return hold<_univ_mat>(of_type(type, [&]<class M> { return out<M>(rows, cols); }));
 }
 
-_mat_set* scene::out_set(const std::vector<_univ_mat*>& members, std::vector<std::int32_t> dims) {
-  if (dims.empty()) dims = {static_cast<std::int32_t>(members.size())};
-  auto* const held_dims = hold<std::vector<std::int32_t>>(std::move(dims));
+_mat_set* scene::out_set(const std::vector<_univ_mat*>& members) {
   auto* const mats = hold<std::vector<_univ_mat>>();
   for (const _univ_mat* member : members) mats->push_back(*member);
-  return hold<_mat_set>(_mat_set{static_cast<std::int32_t>(held_dims->size()), held_dims->data(),
-                                 static_cast<std::int32_t>(mats->size()), mats->data()});
+  auto* const count = hold<std::int32_t>(static_cast<std::int32_t>(mats->size()));
+  return hold<_mat_set>(_mat_set{1, count, *count, mats->data()});
 }
 
-_mat_set* scene::in_set(const std::vector<_univ_mat*>& members, std::vector<std::int32_t> dims) {
-  _mat_set* const set = out_set(members, std::move(dims));
+_mat_set* scene::in_set(const std::vector<_univ_mat*>& members) {
+  _mat_set* const set = out_set(members);
   keep(set, sizeof *set);
-  keep(set->dims, sizeof(std::int32_t) * static_cast<std::size_t>(set->ndim));
-  keep(set->mats, sizeof(_univ_mat) * static_cast<std::size_t>(set->nmat));
+  keep(set->dims, sizeof *set->dims);
+  keep(set->mats, sizeof(_univ_mat) * members.size());
   return set;
 }
 

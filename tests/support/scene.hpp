@@ -38,7 +38,7 @@ class scene {
     return mat;
   }
   _univ_mat* in(_korvo_type type, std::int32_t rows, std::int32_t cols, double low = 0.0, double high = 50.0);
-  _mat_set* in_set(const std::vector<_univ_mat*>& members, std::vector<std::int32_t> dims = {});
+  _mat_set* in_set(const std::vector<_univ_mat*>& members);
 
   // A matrix to be written, zeros to start with; what is in it after the call is hashed.
   template <class M>
@@ -48,7 +48,7 @@ class scene {
     return mat;
   }
   _univ_mat* out(_korvo_type type, std::int32_t rows, std::int32_t cols);
-  _mat_set* out_set(const std::vector<_univ_mat*>& members, std::vector<std::int32_t> dims = {});
+  _mat_set* out_set(const std::vector<_univ_mat*>& members);
 
   // A plain number to be written.
   template <class T>

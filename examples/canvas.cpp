@@ -77,7 +77,7 @@ void canvas::blend(std::int32_t row, std::int32_t col, const ink& colour, float 
   for (std::size_t k = 0; k < colour.size(); ++k) {
     std::uint8_t& old = element<std::uint8_t>(picture_.mats[k], row, col);
     const float mixed = static_cast<float>(old) + share * static_cast<float>(colour[k] - old);
-    old = static_cast<std::uint8_t>(mixed + 0.5F);
+    old = static_cast<std::uint8_t>(std::lround(mixed));
   }
 }
 

@@ -65,7 +65,8 @@ void panel::curve(double first, double step, std::span<const double> values, con
     for (std::size_t i = 0; i < values.size(); i += on_a_pixel) {
       const auto part = values.subspan(i, std::min(on_a_pixel, values.size() - i));
       const auto [lowest, highest] = std::minmax_element(part.begin(), part.end());
-      const double x = first + static_cast<double>(i + part.size() / 2) * step;
+      const std::size_t middle = i + part.size() / 2;
+      const double x = first + static_cast<double>(middle) * step;
       points.push_back({x, lowest < highest ? *lowest : *highest});
       points.push_back({x, lowest < highest ? *highest : *lowest});
     }

@@ -44,7 +44,7 @@ std::array<ink, shades> make_shades() {
 
 ink shade(double value) {
   static const std::array<ink, shades> table = make_shades();
-  return table[static_cast<std::size_t>(std::clamp(value, 0.0, 1.0) * (shades - 1) + 0.5)];
+  return table[static_cast<std::size_t>(std::lround(std::clamp(value, 0.0, 1.0) * (shades - 1)))];
 }
 
 }  // namespace demo

@@ -73,6 +73,7 @@ std::int32_t delay(std::int32_t level, bool is_wavelet) {
 // A stretch of a column, moved back by its delay.
 std::vector<double> seen(const _univ_mat& in, std::int32_t col, std::int32_t late, const stretch& where) {
   std::vector<double> out;
+  out.reserve(static_cast<std::size_t>(where.count));
   for (std::int32_t i = 0; i < where.count; ++i)
     out.push_back(element(in, (where.first + i + late) % in.nrow, col));
   return out;

@@ -34,7 +34,7 @@ matrix sample(const _mat_set& picture) {
   matrix out((pixels + step - 1) / step, 3);
   for (std::int32_t r = 0; r < out.nrow; ++r)
     for (std::int32_t k = 0; k < 3; ++k)
-      element(out, r, k) = elements<std::uint8_t>(picture.mats[k])[static_cast<std::size_t>(r) * step];
+      element(out, r, k) = elements<std::uint8_t>(picture.mats[k])[static_cast<std::size_t>(r * step)];
   return out;
 }
 

@@ -105,8 +105,8 @@ numbers twin(const dbl_matrix& training, const dbl_matrix& from, std::size_t mos
 }
 
 TEST(QuantiserDesign, FollowsItsDefinitionInEachModeAtEachLevel) {
-  for (const auto& [count, width, size] :
-       {std::array{1, 1, 1}, {50, 1, 7}, {200, 3, 33}, {97, 16, 18}, {30, 2, 40}}) {
+  for (const auto& sizes : {std::array{1, 1, 1}, {50, 1, 7}, {200, 3, 33}, {97, 16, 18}, {30, 2, 40}}) {
+    const std::int32_t count = sizes[0], width = sizes[1], size = sizes[2];
     const auto in = dbl_matrix::random(count, width, 1, -9, 9),
                from = dbl_matrix::random(size, width, 2, -9, 9);
     for (std::int32_t i = 0; i < in.nelem; ++i) in.data[i] = std::cbrt(in.data[i] + i);

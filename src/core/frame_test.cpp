@@ -1,14 +1,8 @@
 // The words that every routine is written in.
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "core/arithmetic.hpp"
 #include "core/checkpoint.hpp"
 #include "core/temporary.hpp"
-#include "tests/support/heap.hpp"
-#include "tests/support/host.hpp"
-#include "tests/support/matrix.hpp"
+#include "tests/support/all.hpp"
 
 namespace {
 

@@ -1,9 +1,6 @@
 #include "korvos/core/mat_set.h"
 
-#include <gtest/gtest.h>
-
-#include "tests/support/heap.hpp"
-#include "tests/support/matrix.hpp"
+#include "tests/support/all.hpp"
 
 namespace {
 

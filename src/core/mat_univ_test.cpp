@@ -1,11 +1,7 @@
 #include "korvos/core/mat_univ.h"
 
-#include <gtest/gtest.h>
-
 #include "core/arithmetic.hpp"
-#include "tests/support/forms.hpp"
-#include "tests/support/heap.hpp"
-#include "tests/support/matrix.hpp"
+#include "tests/support/all.hpp"
 
 namespace {
 

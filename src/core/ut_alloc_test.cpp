@@ -1,10 +1,6 @@
 #include "korvos/core/ut_alloc.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
-#include "tests/support/heap.hpp"
+#include "tests/support/all.hpp"
 
 namespace {
 

@@ -1,18 +1,11 @@
 #include "korvos/matrix/mat_io.h"
 
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <limits>
 #include <random>
 #include <sstream>
 
 #include "korvos/core/ut_alloc.h"
 #include "matrix/mat_io.hpp"
-#include "tests/support/costs.hpp"
-#include "tests/support/heap.hpp"
-#include "tests/support/locale.hpp"
-#include "tests/support/matrix.hpp"
+#include "tests/support/all.hpp"
 #include "tests/support/stream.hpp"
 
 using namespace korvo;
@@ -21,43 +14,7 @@ using namespace std::string_literals;
 namespace {
 
 constexpr code good = KORVO_ERR_OK, io = KORVO_ERR_IO, bad_value = KORVO_ERR_ILLEGAL_VALUE,
-               bad_size = KORVO_ERR_ILLEGAL_SIZE, bad_type = KORVO_ERR_ILLEGAL_TYPE,
-               null = KORVO_ERR_NULL_POINTER;
-
-// The exported forms of a type; the raw forms of u8 are given the flag that they lack.
-template <class M>
-struct routines {
-  code (*print)(FILE*, const M*, const char*, std::int32_t, void*);
-  code (*parse)(FILE*, void*, M*);
-  code (*write_ascii)(FILE*, const M*, const char*, std::uint16_t, void*);
-  code (*read_ascii)(FILE*, char, char, void*, M*);
-  code (*write_raw)(FILE*, const M*, std::uint8_t, void*);
-  code (*read_raw)(FILE*, std::int32_t, std::uint8_t, void*, M*);
-};
-#define TEXT_FORMS(mat) mat##_print, mat##_parse, mat##_write_ascii, mat##_read_ascii
-#define FORMS(M, mat) constexpr routines<M> mat##_forms{TEXT_FORMS(mat), mat##_write_raw, mat##_read_raw};
-FORMS(_u16_mat, matu16)
-FORMS(_u32_mat, matu32)
-FORMS(_s16_mat, mats16)
-FORMS(_s32_mat, mats32)
-FORMS(_flt_mat, matflt)
-FORMS(_dbl_mat, matdbl)
-FORMS(_univ_mat, matuniv)
-constexpr routines<_u8_mat> matu8_forms{
-    TEXT_FORMS(matu8),
-    [](FILE* f, const _u8_mat* m, std::uint8_t, void* h) { return matu8_write_raw(f, m, h); },
-    [](FILE* f, std::int32_t n, std::uint8_t, void* h, _u8_mat* m) { return matu8_read_raw(f, n, h, m); }};
-
-// Calls test(M{}, forms, given) for the typed and the universal forms of each type; given(mat) is their record.
-template <class Test>
-void each_form(Test test) {
-  const auto both = [&]<class M>(const routines<M>& typed) {
-    test(M{}, typed, [](const matrix<M>& mat) -> M { return mat; });
-    test(M{}, matuniv_forms, [](const matrix<M>& mat) { return mat.universal(); });
-  };
-  both(matu8_forms), both(matu16_forms), both(matu32_forms), both(matflt_forms);
-  both(mats16_forms), both(mats32_forms), both(matdbl_forms);
-}
+               bad_size = KORVO_ERR_ILLEGAL_SIZE, bad_type = KORVO_ERR_ILLEGAL_TYPE;
 
 // What a routine writes with these arguments, and the code that it gives on a file.
 template <class... P, class... A>
@@ -72,15 +29,13 @@ code result_on(const std::string& file, code (*form)(FILE*, P...), const A&... a
 }
 
 // Parses into an unset record, which a parse that fails must leave without data; *again is what it prints.
-template <class M>
-code parsed(FILE* stream, const routines<M>& forms, void* host = nullptr, std::string* again = nullptr,
-            const char* format = nullptr) {
-  M mat;
+code parsed(FILE* stream, void* host = nullptr, std::string* again = nullptr, const char* format = nullptr) {
+  _univ_mat mat;
   std::memset(&mat, 1, sizeof mat);
-  const code result = forms.parse(stream, host, &mat);
+  const code result = matuniv_parse(stream, host, &mat);
   EXPECT_EQ(mat.data != nullptr, result == good);
-  if (again && result == good) *again = text_of(forms.print, &mat, format, 20, nullptr);
-  (void)korvo_free(mat.data);
+  if (again && result == good) *again = text_of(matuniv_print, &mat, format, 20, nullptr);
+  if (result == good) (void)matuniv_free(&mat);
   return result;
 }
 
@@ -88,24 +43,19 @@ TEST(MatIo, WritesExactlyThis) {
   const auto writes = [](const std::string& text, auto form, const auto& mat, auto... arguments) {
     EXPECT_EQ(text_of(form, &mat, arguments..., nullptr), text);
   };
-  writes("double Matrix: nrow=2, ncol=2  {\n    Row[0]:  1 2 \n    Row[1]:  3 4 \n}\n", matdbl_print,
-         dbl_matrix(2, 2, {1, 2, 3, 4}), nullptr, 0);
   // The width of the element before decides where a line ends, from one row to the next too.
   writes(
       "sint16 Matrix: nrow=2, ncol=5  {\n    Row[0]:  1 2 3 \n             4 -10000 \n"
       "    Row[1]:  \n             6 7 \n             8 9 \n             10 \n}\n",
       mats16_print, s16_matrix(2, 5, {1, 2, 3, 4, -10000, 6, 7, 8, 9, 10}), nullptr, 19);
   // The first element counts as one wide before it is known.
-  const flt_matrix half(1, 1, {0.5});
   const std::string heading = "float Matrix: nrow=1, ncol=1  {\n    Row[0]:  ";
-  writes(heading + "0.5 \n}\n", matflt_print, half, nullptr, 14);
-  writes(heading + "\n             0.5 \n}\n", matflt_print, half, nullptr, 13);
+  writes(heading + "0.5 \n}\n", matflt_print, flt_matrix(1, 1, {0.5}), nullptr, 14);
+  writes(heading + "\n             0.5 \n}\n", matflt_print, flt_matrix(1, 1, {0.5}), nullptr, 13);
   const u8_matrix three(3, 1, {1, 2, 30});
-  writes("1 2 30\n", matu8_write_ascii, three, nullptr, 70);
   writes("1, 2, \n30\n", matu8_write_ascii, three, ", ", 8);   // 3 a number
   writes("\n1,\n2,\n30\n", matu8_write_ascii, three, ",", 3);  // too short for any
-  writes("      -0.5;1.23457e+06\n", matdbl_write_ascii, dbl_matrix(1, 2, {-0.5, 1234567}), ";", 99);
-  writes("\x3f\0\0\0"s, matflt_write_raw, half, 2);
+  writes("      -0.5 1.23457e+06\n", matdbl_write_ascii, dbl_matrix(1, 2, {-0.5, 1234567}), nullptr, 99);
   writes("\1\0\xfe\xff"s, mats16_write_raw, s16_matrix(1, 2, {1, -2}), 0);
 }
 
@@ -115,24 +65,19 @@ TEST(Print, TakesFormatsOfOneElementAndConvertsItToTheTypeTheyName) {
       end = formats.find('|');
       fault_stream out;
       EXPECT_EQ(print(out.get(), &mat, formats.substr(0, end).c_str(), 0, nullptr), element ? good : bad_value);
-      const std::string text = out.text(), expected = element ? element + "\n}\n"s : "";
-      EXPECT_EQ(element ? text.substr(text.find(":  ") + 3) : text, expected) << formats;
+      EXPECT_TRUE(element ? out.text().ends_with(":  "s + element + "\n}\n") : out.text().empty()) << formats;
     }
   };
   const s32_matrix whole(1, 1, {-2});
   prints(mats32_print, whole, "-2", "%d|%i|%ld|%hd|%hhd|%lld|%jd|%zd|%td|");
   prints(mats32_print, whole, "fffffffe", "%x|%lx|");  // long has 32 bits
-  prints(mats32_print, whole, "FE", "%hhX|");
   prints(mats32_print, whole, "a% -002  !", "a%% %+-6.3ld!|");
   prints(mats32_print, whole, nullptr,
-         "|plain|%%|%|%5|%5.|%-l|%n|%ld%n|%n%ld|%hhn|%s|%ls|%c|%p|%m|%*d|%.*d|%1$d|%d%d|%d %*d|%% %|%d%|%hhhd"
-         "|%lhd|%llld|% %d|%?d|%g|%lf|%Ld|%Lx|");
-  const matrix<_u32_mat> large(1, 1, {4000000000.0});
-  prints(matu32_print, large, "4000000000", "%u|%lu|%llu|%ju|%zu|%tu|%lld|");
-  prints(matu32_print, large, "-294967296", "%d|%ld|");
+         "|plain|%%|%|%5.|%-l|%n|%ld%n|%s|%c|%p|%*d|%.*d|%1$d|%d%d|%d %*d|%d%|%hhhd|%lhd|%llld|% %d|%g|%Lx|");
+  prints(matu32_print, matrix<_u32_mat>(1, 1, {4000000000.0}), "4000000000", "%u|%lu|%llu|%ju|%zu|%lld|");
   const flt_matrix real(1, 1, {3.25});
-  prints(matflt_print, real, "3.25", "%g|%lg|%Lg|%.2f|%.2lF|%.2Lf|");
-  prints(matflt_print, real, nullptr, "%d|%lu|%hg|%hhg|%llg|%jg|%zg|%tg|%LLg|%g %g|%*g|%n|");
+  prints(matflt_print, real, "3.25", "%g|%lg|%Lg|%.2lF|");
+  prints(matflt_print, real, nullptr, "%d|%lu|%hg|%llg|%jg|%LLg|%g %g|%*g|%n|");
   const u8_matrix tall(100, 1);
   EXPECT_TRUE(text_of(matu8_print, &tall, "<%3u%%>", 1, nullptr)
                   .starts_with("uint8 Matrix: nrow=100, ncol=1  {\n    Row[ 0]:  \n              <  0%>\n"));
@@ -140,40 +85,40 @@ TEST(Print, TakesFormatsOfOneElementAndConvertsItToTheTypeTheyName) {
 
 // The first allocation fails, and nothing is allocated before a heading has been found good.
 TEST(Parse, RefusesHeadingsThatLie) {
-  const auto refuses = [](code expected, std::initializer_list<const char*> headings) {
-    for (const char* sizes : headings) {
-      const std::string text = "double Matrix: nrow="s + sizes + "  {\n    Row[0]:  7 7 \n}\n";
-      heap::fail_at(1);
-      EXPECT_EQ(parsed(fault_stream(text).get(), matdbl_forms), expected) << text;
-      heap::fail_at(1);
-      EXPECT_EQ(parsed(fault_stream(text).get(), matuniv_forms), expected) << text;
-    }
-  };
-  refuses(KORVO_ERR_MALLOC, {"1, ncol=268435455"});
-  refuses(bad_size, {"0, ncol=1", "1, ncol=-3", "-2147483648, ncol=-2147483648"});
-  refuses(bad_value, {"1, ncol=268435456", "0, ncol=2147483648", "4294967297, ncol=0", "1, ncol=-2147483649",
-                      "18446744073709551617, ncol=1", "1, ncol=99999999999999999999"});
-  // Products that wrap to 2, to 1 and to 0.
-  refuses(bad_value, {"1431655766, ncol=3", "2147483647, ncol=2147483647", "65536, ncol=65536"});
-  refuses(io, {"1 , ncol=1", "1, ncol=x"});
+  const std::pair<code, const char*> headings[] = {
+      {KORVO_ERR_MALLOC, "1, ncol=268435455"},
+      {bad_size, "0, ncol=1"},
+      {bad_size, "-2147483648, ncol=-2147483648"},
+      {bad_value, "1, ncol=268435456"},
+      {bad_value, "0, ncol=2147483648"},
+      {bad_value, "1, ncol=-2147483649"},
+      {bad_value, "18446744073709551617, ncol=1"},
+      {bad_value, "1431655766, ncol=3"},  // products that wrap to 2, and to 0
+      {bad_value, "65536, ncol=65536"},
+      {io, "1 , ncol=1"},
+      {io, "1, ncol=x"}};
+  for (const auto& [expected, sizes] : headings) {
+    const std::string text = "double Matrix: nrow="s + sizes + "  {\n    Row[0]:  7 7 \n}\n";
+    heap::fail_at(1);
+    EXPECT_EQ(parsed(fault_stream(text).get()), expected) << text;
+  }
   heap::fail_never();
 }
 
 TEST(Parse, TakesAnyWhiteSpaceAndAsksForNoLabels) {
   const std::string plain = "float Matrix: nrow=2, ncol=1  {\n    Row[0]:  1 \n    Row[1]:  2 \n}\n";
   std::string again;
-  for (const char* text :
-       {"\n\t float\nMatrix:nrow= 2,ncol= 1\n{Row[ 7]:1 Row[\n-9 ]:2}", "float Matrix: nrow=2, ncol=1 1 2 }"}) {
-    EXPECT_EQ(parsed(fault_stream(text).get(), matflt_forms, nullptr, &again), good) << text;
-    EXPECT_EQ(again, plain);
-  }
-  for (const char* text : {"float Matrix: nrow=2, ncol=1 {1 2 3}", "float Matrix: nrow=2, ncol=1 {1 x}",
-                           "double Matrix: nrow=2, ncol=1 {1 2}"})
-    EXPECT_EQ(parsed(fault_stream(text).get(), matflt_forms), io) << text;
+  const char* const loose = "\n\t float\nMatrix:nrow= 2,ncol= 1\n{Row[ 7]:1 Row[\n-9 ]:2}";
+  EXPECT_EQ(parsed(fault_stream(loose).get(), nullptr, &again), good);
+  EXPECT_EQ(again, plain);
+  for (const char* text : {"float Matrix: nrow=2, ncol=1 {1 2 3}", "float Matrix: nrow=2, ncol=1 {1 x}"})
+    EXPECT_EQ(parsed(fault_stream(text).get()), io) << text;
+  dbl_matrix other(1, 1);
+  EXPECT_EQ(result_on(plain, matdbl_parse, nullptr, static_cast<_dbl_mat*>(&other)), io);
   // The universal form leaves the stream where a word is not known.
   for (const std::string& word : {"complex"s, "doubleMatrix:"s, std::string(3000, 'x'), ""s}) {
     fault_stream stream(" " + word);
-    EXPECT_EQ(parsed(stream.get(), matuniv_forms), word.empty() ? io : bad_type);
+    EXPECT_EQ(parsed(stream.get()), word.empty() ? io : bad_type);
     EXPECT_EQ(stream.rest(), stream.text());
   }
 }
@@ -200,7 +145,7 @@ TEST(MatIoNumbers, HaveTheRangesOfTheirTypeAfterTheirCut) {
       _univ_mat mat{1, 1, 1, &element, row.type};
       std::string again, text = text_of(matuniv_print, &mat, nullptr, 0, nullptr);
       text.replace(text.size() - 5, 1, number);
-      EXPECT_EQ(parsed(fault_stream(text).get(), matuniv_forms, nullptr, &again), taken ? good : bad_value);
+      EXPECT_EQ(parsed(fault_stream(text).get(), nullptr, &again), taken ? good : bad_value);
       const code listed = taken || is_floating(row.type) ? good : io;
       EXPECT_EQ(result_on(number, matuniv_read_ascii, 0, 0, nullptr, &mat), listed) << word;
       if (!taken) continue;
@@ -245,7 +190,7 @@ std::string listed(const matrix<M>& mat, const std::string& delimiter, int line_
 }
 
 TEST(MatIo, BringsEveryTypeBack) {
-  each_form([]<class M>(M, const auto& forms, auto given) {
+  each_record(real_records{}, []<class M> {
     using limits = std::numeric_limits<element<M>>;
     const double low = limits::is_signed ? -128 : 0, high = sizeof *M::data == 1 ? 255 : 32767;
     matrix<M> mat = matrix<M>::random(10, 31, 5, low, high), back(10, 31);
@@ -254,31 +199,30 @@ TEST(MatIo, BringsEveryTypeBack) {
     const double ends[] = {lowest, std::min(highest, 1e37), limits::denorm_min(), -0.0,
                            1 + double{limits::epsilon()}};
     std::transform(ends, ends + 5, mat.data, as_element<element<M>>);
-    const auto in = given(mat);
-    auto out = given(back);
+    const _univ_mat in = mat.universal();
+    _univ_mat out = back.universal();
     const char* const lossless = is_floating(tag<M>::type) ? "%.17g " : nullptr;
-    const std::string text = text_of(forms.print, &in, lossless, 20, nullptr);
+    const std::string text = text_of(matuniv_print, &in, lossless, 20, nullptr);
     fault_stream printed(text + text + "rest");
     for (int i = 0; i < 2; ++i) {
       std::string again;
-      EXPECT_EQ(parsed(printed.get(), forms, nullptr, &again, lossless), good);
+      EXPECT_EQ(parsed(printed.get(), nullptr, &again, lossless), good);
       EXPECT_EQ(again, text);
     }
     EXPECT_EQ(printed.rest(), "\nrest");
-    for (const int length : {0, 40, 70, 65535})
+    for (const int length : {0, 40, 65535})
       for (const std::size_t gap : {1U, 8U, 9U, 5000U}) {
-        const std::string delimiter(gap, ';');
-        const std::string list = text_of(forms.write_ascii, &in, delimiter.c_str(), length, nullptr);
-        ASSERT_EQ(list, listed<M>(mat, delimiter, length)) << length;
+        const std::string delimiter(gap, ';'), expected = listed<M>(mat, delimiter, length);
+        ASSERT_EQ(text_of(matuniv_write_ascii, &in, delimiter.c_str(), length, nullptr), expected) << length;
         if (gap == 5000) continue;
-        ASSERT_EQ(result_on(list, forms.read_ascii, ';', 0, nullptr, &out), good);
-        ASSERT_EQ(listed<M>(back, delimiter, length), list);
+        ASSERT_EQ(result_on(expected, matuniv_read_ascii, ';', 0, nullptr, &out), good);
+        ASSERT_EQ(listed<M>(back, delimiter, length), expected);
       }
     mat.data[0] = limits::signaling_NaN();
     for (const bool big_endian : {false, true}) {
-      fault_stream raw("12345" + text_of(forms.write_raw, &in, big_endian, nullptr) + "rest");
-      EXPECT_EQ(forms.read_raw(raw.get(), 5, big_endian, nullptr, &out), good);
-      EXPECT_EQ(std::memcmp(mat.data, back.data, 310 * sizeof *mat.data), 0);
+      fault_stream raw("12345" + text_of(matuniv_write_raw, &in, big_endian, nullptr) + "rest");
+      EXPECT_EQ(matuniv_read_raw(raw.get(), 5, big_endian, nullptr, &out), good);
+      EXPECT_TRUE(same_bits<M>(mat, back));
       EXPECT_EQ(raw.rest(), "rest");
     }
   });
@@ -286,60 +230,28 @@ TEST(MatIo, BringsEveryTypeBack) {
 
 TEST(ReadAscii, PassesDelimitersAndComments) {
   const auto reads = [](const std::string& text, char delimiter, char comment, const char* rest = "") {
-    dbl_matrix reals(1, 3);
-    s32_matrix wholes(1, 3);
-    fault_stream one(text), other(text);
-    EXPECT_EQ(matdbl_read_ascii(one.get(), delimiter, comment, nullptr, &reals), rest ? good : io) << text;
-    EXPECT_EQ(mats32_read_ascii(other.get(), delimiter, comment, nullptr, &wholes), rest ? good : io) << text;
-    if (!rest) return;
-    EXPECT_EQ(reals.elements(), (std::vector<double>{1, 2, 3})) << text;
-    EXPECT_EQ(wholes.elements(), (std::vector<std::int32_t>{1, 2, 3})) << text;
-    EXPECT_EQ(one.rest() + other.rest(), rest + std::string(rest));
+    const auto each = [&]<class M>(const matrix<M>& mat, auto form) {
+      fault_stream stream(text);
+      M record = mat;
+      EXPECT_EQ(form(stream.get(), delimiter, comment, nullptr, &record), rest ? good : io) << text;
+      if (!rest) return;
+      EXPECT_EQ(mat.elements(), (matrix<M>(1, 3, {1, 2, 3}).elements())) << text;
+      EXPECT_EQ(stream.rest(), rest) << text;
+    };
+    each(dbl_matrix(1, 3), matdbl_read_ascii);
+    each(s32_matrix(1, 3), mats32_read_ascii);
   };
   reads("##\n#1\n ,,\n1,, ,2\t#\n#,\n,3,", ',', '#', ",");
-  reads("1 2 3 4", 0, 0, " 4");
   reads("1\377 2\377\376 9\n3", '\377', '\376');  // not taken for the end of the stream
   reads("1\0002 3"s, 0, 0, nullptr);              // 0 is no character to pass
   reads("1,2;3", ',', '#', nullptr);
   reads("1 -,2,3", ',', '#');           // a sign alone goes with the attempt to read a number
   reads("1 2 # 3", ',', '#', nullptr);  // a comment that the stream ends in
-  for (const std::size_t length : {97U, 98U, 99U, 100U, 198U, 199U, 5000U})
-    reads("1 2\n#" + std::string(length, '4') + "\n3", 0, '#');
+  for (const std::size_t length : {98U, 99U, 5000U}) reads("1 2\n#" + std::string(length, '4') + "\n3", 0, '#');
 }
 
-// Calls test(file, run) for each reader, with a file that none of its beginnings can stand for, and for each
-// writer, with an empty one.
-template <class Forms, class Record, class Test>
-void each_run(const Forms& forms, const Record& in, Record out, Test test) {
-  const auto cut = [](const std::string& text) { return text.substr(0, text.size() - 1); };
-  test(cut(text_of(forms.print, &in, nullptr, 20, nullptr)), [&](FILE* f) { return parsed(f, forms); });
-  test(cut(text_of(forms.write_ascii, &in, " ;#\n", 20, nullptr)),
-       [&](FILE* f) { return forms.read_ascii(f, ';', '#', nullptr, &out); });
-  test("skipped" + text_of(forms.write_raw, &in, 1, nullptr),
-       [&](FILE* f) { return forms.read_raw(f, 7, 1, nullptr, &out); });
-  test("", [&](FILE* f) { return forms.print(f, &in, nullptr, 20, nullptr); });
-  test("", [&](FILE* f) { return forms.write_ascii(f, &in, "; ", 20, nullptr); });
-  test("", [&](FILE* f) { return forms.write_ascii(f, &in, " and then ", 20, nullptr); });
-  test("", [&](FILE* f) { return forms.write_raw(f, &in, 1, nullptr); });
-}
-
-TEST(MatIoFaults, AreSeenAtEveryByteAndEveryCall) {
-  const int live_before = heap::live_blocks();
-  each_form([]<class M>(M, const auto& forms, auto given) {
-    const matrix<M> mat(2, 3, {11, 0, 250, 7, 40, 5}), back(2, 3);
-    each_run(forms, given(mat), given(back), [&](const std::string& file, auto run) {
-      fault_stream sound(file);
-      ASSERT_EQ(run(sound.get()), good) << file;
-      ASSERT_GT(sound.calls(), 0);
-      for (std::size_t size = 0; size < file.size(); ++size) {
-        const code result = run(fault_stream(file.substr(0, size)).get());
-        EXPECT_TRUE(result == io || (result == bad_type && size < 6)) << size << file;
-      }
-      for (int k = 1; k <= sound.calls(); ++k) EXPECT_EQ(run(fault_stream(file, k).get()), io) << k << file;
-    });
-  });
-  EXPECT_EQ(heap::live_blocks(), live_before);
-  // The runtime counts what reached the buffer of a stream as written, even if it could not be written out.
+// The runtime counts what reached the buffer of a stream as written, even if it could not be written out.
+TEST(MatIo, SeesThatABufferedStreamFails) {
   const u8_matrix mat(1, 3);
   fault_stream list({}, 2, _IOLBF), lines({}, 2, _IOLBF);
   EXPECT_EQ(matu8_write_ascii(list.get(), &mat, nullptr, 5, nullptr), io);
@@ -347,53 +259,20 @@ TEST(MatIoFaults, AreSeenAtEveryByteAndEveryCall) {
   EXPECT_EQ(matu8_print(lines.get(), &mat, nullptr, 0, nullptr), io);  // its indicator is still set
 }
 
-TEST(MatIoLocale, OfTheHostChangesNothingAndIsBackAfterEveryCall) {
-  const flt_matrix reals(1, 2, {0.5, 1e6}), back(1, 2);
-  const auto print = [&](const flt_matrix& mat) { return text_of(matflt_print, &mat, "%'.2f ", 0, nullptr); };
-  const std::string expected = print(reals);
-  const comma_locale host;
-  char half[8];
-  (void)std::snprintf(half, sizeof half, "%.1f", 0.5);
-  ASSERT_EQ(half, host.is_available() ? "0,5"s : "0.5");
-  each_run<routines<_flt_mat>, _flt_mat>(matflt_forms, reals, back, [&](const std::string& file, auto run) {
-    for (const int failing_call : {1, INT_MAX}) {
-      EXPECT_EQ(run(fault_stream(file, failing_call).get()), failing_call == 1 ? io : good);
-      EXPECT_EQ(host.is_set(), host.is_available());
-    }
-  });
-  EXPECT_EQ(print(reals), expected);
-  _flt_mat read = back;
-  EXPECT_EQ(result_on("0.5 1e6", matflt_read_ascii, 0, 0, nullptr, &read), good);
-  EXPECT_EQ(print(back), expected);
-}
-
 TEST(MatIoRefusals, ComeInTheirOrder) {
   fault_stream file("1 2 3");
-  const auto refuses = [](const auto& forms, auto* mat, code expected) {
-    EXPECT_EQ(forms.print(nullptr, mat, "%s", 0, nullptr), expected);
-    EXPECT_EQ(forms.write_ascii(nullptr, mat, nullptr, 70, nullptr), expected);
-    EXPECT_EQ(forms.read_ascii(nullptr, 0, 0, nullptr, mat), expected);
-    EXPECT_EQ(forms.read_raw(nullptr, -1, 0, nullptr, mat), expected);
-  };
-  each_form([&]<class M>(M, const auto& forms, auto given) {
-    const matrix<M> one(1, 1);
-    auto mat = given(one), none = mat;
-    none.nrow = 0;
-    refuses(forms, &none, bad_size);
-    refuses(forms, &mat, null);
-    EXPECT_EQ(forms.read_raw(file.get(), -1, 0, nullptr, &mat), bad_value);
-    EXPECT_EQ(forms.write_raw(nullptr, &none, 0, nullptr), null);
-    EXPECT_EQ(forms.write_raw(file.get(), &none, 0, nullptr), bad_size);
-    EXPECT_EQ(forms.parse(nullptr, nullptr, &mat), null);
-    EXPECT_EQ(forms.parse(file.get(), nullptr, nullptr), null);
-  });
-  const cpx_matrix complex(1, 1);
-  _univ_mat dcomplex = complex.universal(), sint8 = dcomplex;
-  sint8.type = KORVO_SINT8;
-  for (_univ_mat* const mat : {&dcomplex, &sint8, static_cast<_univ_mat*>(nullptr)}) {
-    refuses(matuniv_forms, mat, mat ? bad_type : null);
-    EXPECT_EQ(matuniv_write_raw(nullptr, mat, 0, nullptr), mat ? bad_type : null);
+  double element = 0;
+  _univ_mat mats[] = {
+      {0, 1, 0, &element, KORVO_SINT8}, {0, 1, 0, &element, KORVO_DOUBLE}, {1, 1, 1, &element, KORVO_UINT8}};
+  for (const code expected : {bad_type, bad_size, KORVO_ERR_NULL_POINTER}) {
+    _univ_mat* const mat = &mats[expected == bad_type ? 0 : expected == bad_size ? 1 : 2];
+    EXPECT_EQ(matuniv_print(nullptr, mat, "%s", 0, nullptr), expected);
+    EXPECT_EQ(matuniv_write_ascii(nullptr, mat, nullptr, 70, nullptr), expected);
+    EXPECT_EQ(matuniv_read_ascii(nullptr, 0, 0, nullptr, mat), expected);
+    EXPECT_EQ(matuniv_read_raw(nullptr, -1, 0, nullptr, mat), expected);
+    EXPECT_EQ(matuniv_write_raw(nullptr, mat, 0, nullptr), mat == mats ? bad_type : KORVO_ERR_NULL_POINTER);
   }
+  EXPECT_EQ(matuniv_read_raw(file.get(), -1, 0, nullptr, &mats[2]), bad_value);
   EXPECT_EQ(file.rest(), "1 2 3");
 }
 
@@ -404,9 +283,8 @@ TEST(MatIoCosts, AreThoseOfCharactersRowsAndBytes) {
   u8_matrix narrow(1, 3);
   const auto costs = [](const std::vector<double>& tallies, auto call) { expect_tallies(call, tallies); };
   costs({62010, 95010}, [&](void* h) { return result_on("", mats16_print, &four, nullptr, 15, h); });
-  costs({10000, 20000}, [&](void* h) {
-    return parsed(fault_stream("uint8 Matrix: nrow=2, ncol=1 {1 2}").get(), matu8_forms, h);
-  });
+  costs({10000, 20000},
+        [&](void* h) { return parsed(fault_stream("uint8 Matrix: nrow=2, ncol=1 {1 2}").get(), h); });
   costs({1000, 4000, 7000, 10000},
         [&](void* h) { return result_on("", matu8_write_ascii, &three, ",", 3, h); });
   costs({5000}, [&](void* h) { return result_on("1,2 #\n3", matu8_read_ascii, ',', '#', h, &narrow); });

@@ -1,31 +1,24 @@
 #include "korvos/matrix/mat_summ.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
-#include "tests/support/forms.hpp"
-#include "tests/support/host.hpp"
-#include "tests/support/matrix.hpp"
+#include "tests/support/all.hpp"
 
 namespace {
 
 using namespace korvo;
 
 TEST(Range, FindsTheExtremesWhereverTheyAre) {
-  each_form<matu8_range, matu16_range, matu32_range, mats16_range, mats32_range, matflt_range, matdbl_range>(
-      []<auto range> {
-        using M = record_of<range>;
-        using limits = std::numeric_limits<element<M>>;
-        for (const std::int32_t at : {0, 65, 130}) {
-          matrix<M> mat(1, 131, element<M>(9));
-          mat(0, at) = limits::lowest();
-          mat(0, (at + 1) % 131) = limits::max();
-          element<M> least{}, greatest{};
-          EXPECT_EQ(range(&mat, nullptr, &least, &greatest), KORVO_ERR_OK);
-          EXPECT_TRUE(least == limits::lowest() && greatest == limits::max()) << at;
-        }
-      });
+  each_form<REAL_FORMS(range)>([]<auto range> {
+    using M = record_of<range>;
+    using limits = std::numeric_limits<element<M>>;
+    for (const std::int32_t at : {0, 65, 130}) {
+      matrix<M> mat(1, 131, element<M>(9));
+      mat(0, at) = limits::lowest();
+      mat(0, (at + 1) % 131) = limits::max();
+      element<M> least{}, greatest{};
+      EXPECT_EQ(range(&mat, nullptr, &least, &greatest), KORVO_ERR_OK);
+      EXPECT_TRUE(least == limits::lowest() && greatest == limits::max()) << at;
+    }
+  });
 }
 
 TEST(Range, StartsFromTheFirstElement) {

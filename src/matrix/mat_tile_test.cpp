@@ -1,12 +1,6 @@
 #include "korvos/matrix/mat_tile.h"
 
-#include <gtest/gtest.h>
-
-#include <vector>
-
-#include "tests/support/costs.hpp"
-#include "tests/support/levels.hpp"
-#include "tests/support/matrix.hpp"
+#include "tests/support/all.hpp"
 
 using namespace korvo;
 

@@ -1,12 +1,8 @@
 #include "korvos/signal/sig_win.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <functional>
 
-#include "tests/support/costs.hpp"
-#include "tests/support/matrix.hpp"
+#include "tests/support/all.hpp"
 
 namespace {
 
@@ -69,7 +65,7 @@ TEST(KaiserWindow, FallsAtItsFirstElementOnly) {
     for (const std::int32_t n : {1, 2, 3, 9, 33}) {
       dbl_matrix out(n, 1);
       expect_tallies([&](void* host) { return sigdbl_window_kaiser(beta, host, &out); }, {200.0 * n, 210.0 * n},
-                     {1.0, HUGE_VAL});  // and I0 polls twice
+                     {1.0, once});  // and I0 polls twice
       const double i0 = std::cyl_bessel_i(0.0, (n - 1) * beta * static_cast<double>(tau) / 2 / n);
       EXPECT_TRUE(n == 1 ? std::isnan(out.data[0]) : std::fabs(out.data[0] * i0 - 1.0) < 5e-7) << beta;
       for (std::int32_t i = 1; i < n; ++i) EXPECT_EQ(out.data[i], 1.0);
@@ -114,27 +110,21 @@ TEST(ChebyshevWindow, IsFiniteForAnyAttenuation) {
       EXPECT_EQ(sigdbl_window_chebyshev(attenuation, nullptr, &out), KORVO_ERR_OK);
       EXPECT_EQ(out.data[n / 2], 1.0);
       for (const double w : out.elements()) ASSERT_TRUE(std::isfinite(w)) << attenuation << ", " << n;
+      EXPECT_TRUE(attenuation < HUGE_VAL || n != 5 || std::fabs(out.data[0] * 6.0 - 1.0) < 1e-14);  // binomial
     }
-  dbl_matrix binomial(1, 5);  // without side lobes
-  EXPECT_EQ(sigdbl_window_chebyshev(HUGE_VAL, nullptr, &binomial), KORVO_ERR_OK);
-  EXPECT_NEAR(binomial.data[0], 1.0 / 6.0, 1e-15);
-  EXPECT_NEAR(binomial.data[3], 4.0 / 6.0, 1e-15);
 }
 
 TEST(Window, RefusesInOrder) {
-  dbl_matrix out(1, 4), square(2, 2);
-  for (const window& each : windows) EXPECT_EQ(each.fill(nullptr, &square), KORVO_ERR_ILLEGAL_SIZE);
-  for (const double wrong : {-1e-9, std::nan(""), -HUGE_VAL}) {
-    for (const auto form : {sigdbl_window_gaussian, sigdbl_window_kaiser, sigdbl_window_chebyshev}) {
-      EXPECT_EQ(form(wrong, nullptr, &square), KORVO_ERR_ILLEGAL_SIZE);
+  dbl_matrix out(1, 4);
+  for (const double wrong : {-1e-9, std::nan("")}) {
+    for (const auto form : {sigdbl_window_gaussian, sigdbl_window_kaiser, sigdbl_window_chebyshev})
       EXPECT_EQ(form(wrong, nullptr, &out), KORVO_ERR_ILLEGAL_VALUE);
-    }
     EXPECT_EQ(sigdbl_window_raised_cosine(wrong, nullptr, nullptr), KORVO_ERR_ILLEGAL_VALUE);
   }
   EXPECT_EQ(sigdbl_window_raised_cosine(1.0 + 1e-9, nullptr, nullptr), KORVO_ERR_ILLEGAL_VALUE);
+  EXPECT_EQ(sigdbl_window_raised_cosine(1.0, nullptr, nullptr), KORVO_ERR_NULL_POINTER);
   EXPECT_EQ(sigdbl_window_gaussian(0.0, nullptr, &out), KORVO_ERR_ILLEGAL_VALUE);
   _univ_mat bytes = {1, 4, 4, nullptr, KORVO_UINT8};
-  EXPECT_EQ(siguniv_window_raised_cosine(-1.0, nullptr, nullptr), KORVO_ERR_NULL_POINTER);
   EXPECT_EQ(siguniv_window_raised_cosine(-1.0, nullptr, &bytes), KORVO_ERR_ILLEGAL_TYPE);
 }
 

@@ -1,12 +1,6 @@
 #include "korvos/wavelet/wav_modw.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
-#include "tests/support/costs.hpp"
-#include "tests/support/levels.hpp"
-#include "tests/support/matrix.hpp"
+#include "tests/support/all.hpp"
 
 namespace {
 
@@ -122,49 +116,29 @@ TEST(MaximumOverlap, GivesTheSeriesBack) {
     }
 }
 
-// Faults are added one by one, from the last check to the first: each must hide those before it.
-TEST(MaximumOverlap, RefusesInOrder) {
-  for (const form call : forms) {
-    work s(100, 4, 3);
-    const auto expect = [&](_korvo_errcode code) { EXPECT_EQ((s.*call)(nullptr), code); };
-    if (call == &work::packet) {
-      s.in.type = KORVO_FLOAT, expect(KORVO_ERR_ILLEGAL_TYPE);
-      s.levels = 2, expect(KORVO_ERR_ILLEGAL_SIZE);
-    } else {
-      s.second.data = s.out.data, s.to.data = s.from.data, expect(KORVO_ERR_ILLEGAL_ADDRESS);
-      s.second.nelem = 299, s.from.nelem = 300, s.from.ncol = 3, expect(KORVO_ERR_ILLEGAL_SIZE);
-      s.second.type = s.to.type = KORVO_FLOAT, expect(KORVO_ERR_ILLEGAL_TYPE);
-    }
-    s.wavelet.nrow = s.wavelet.ncol = 2, expect(KORVO_ERR_ILLEGAL_SIZE);
-    s.scaling.type = KORVO_SINT8, expect(KORVO_ERR_ILLEGAL_TYPE);
-    s.wavelet.data = nullptr, expect(KORVO_ERR_NULL_POINTER);
+TEST(MaximumOverlap, HasNoMoreLevelsThanTheSeriesHasOctaves) {
+  for (const form call : forms)
     for (const int levels : {INT32_MIN, -1, 0, 7, 31, INT32_MAX}) {
-      work other(100, 4, 3);
-      other.levels = levels;
-      EXPECT_EQ((other.*call)(nullptr), KORVO_ERR_ILLEGAL_SIZE);
+      work s(100, 4, 3);
+      s.levels = levels;
+      EXPECT_EQ((s.*call)(nullptr), KORVO_ERR_ILLEGAL_SIZE);
     }
-    work unlike(100, 4, 3);
-    unlike.scaling.nrow = unlike.scaling.nelem = 3;
-    EXPECT_EQ((unlike.*call)(nullptr), KORVO_ERR_ILLEGAL_SIZE);
-  }
-  work s(100, 4, 3);  // the second result: no data hides what it is too small for, a wrong first result both
-  s.second.ncol = 2, s.second.data = nullptr;
-  EXPECT_EQ(s.forward(nullptr), KORVO_ERR_NULL_POINTER);
-  s.out.nrow = s.out.nelem = 100, s.out.ncol = 1;
-  EXPECT_EQ(s.forward(nullptr), KORVO_ERR_ILLEGAL_SIZE);
 }
 
 TEST(MaximumOverlap, TakesAnyRealSeriesAndLooksAtTheSecondResultForItsTypeOnly) {
   each_record(all_records{}, [&]<class M> {
     work s(20, 4, 2);
     const auto x = matrix<M>::random(20, 1, 5);
-    const dbl_matrix wide(21, 4);
-    s.in = x.universal(), s.second = wide.universal(), s.second.nrow = 0;
-    constexpr bool is_real = std::is_arithmetic_v<element<M>>;
-    EXPECT_EQ(s.forward(nullptr), is_real ? KORVO_ERR_OK : KORVO_ERR_ILLEGAL_TYPE);
-    if constexpr (is_real) std::copy_n(x.data, 20, s.x.data);
-    if constexpr (is_real) calculate(s);
-    for (int i = 0; is_real && i < 40; ++i) EXPECT_EQ(wide(i / 2, i % 2), s.v(i / 2, i % 2));
+    const dbl_matrix second(20, 2);
+    s.in = x.universal(), s.second = second.universal(), s.second.nrow = 0;
+    if constexpr (std::is_arithmetic_v<element<M>>) {
+      EXPECT_EQ(s.forward(nullptr), KORVO_ERR_OK);
+      std::copy_n(x.data, 20, s.x.data);
+      calculate(s);
+      EXPECT_EQ(second.elements(), s.v.elements());
+    } else {
+      EXPECT_EQ(s.forward(nullptr), KORVO_ERR_ILLEGAL_TYPE);
+    }
   });
 }
 

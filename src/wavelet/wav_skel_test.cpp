@@ -1,15 +1,8 @@
 #include "korvos/wavelet/wav_skel.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-
-#include "core/dispatch.hpp"
 #include "korvos/wavelet/wav_skel_local.h"
 #include "korvos/wavelet/wav_wtmm.h"
-#include "tests/support/costs.hpp"
-#include "tests/support/matrix.hpp"
+#include "tests/support/all.hpp"
 
 namespace {
 
@@ -56,20 +49,22 @@ struct search {
 };
 
 TEST(SeekChain, LinksRoundTheCircleAndWalks) {
-  const auto expect = [](const numbers& marks, const numbers& from, double most, const numbers& next) {
+  const struct {
+    numbers marks, from;
+    double most;
+    numbers next;
+  } cases[] = {{{8, 12}, {10}, 3.0, {8}},             // a tie
+               {{8, 11}, {10}, 3.0, {8}},             // 11 is 3 from the best so far, 8
+               {{2, 9}, {10}, 3.0, {-1}},             // 9 is best, but 7 from the best before it
+               {{18}, {1}, 3.0, {18}},                // left edge to right
+               {{1}, {18}, 2.9, {-1}},                // right edge to left, too far
+               {{5}, {4, 7}, 100.0, {5, 7}},          // kept: the second stays, since a mark has been seen
+               {{5}, {4, -1, 6}, 9.0, {5, -1, -1}}};  // one was dead before
+  for (const auto& [marks, from, most, next] : cases) {
     search s(20, marks, from, most);
     EXPECT_EQ(s(), KORVO_ERR_OK);
     EXPECT_EQ(numbers(s.tips.data + s.tips.ncol, s.tips.data + s.tips.nelem), next);
-  };
-  expect({8, 12}, {10}, 3.0, {8});            // a tie
-  expect({8, 11}, {10}, 3.0, {8});            // 11 is 3 from the best so far, 8
-  expect({2, 9}, {10}, 3.0, {-1});            // 9 is best, but 7 from the best before it
-  expect({18}, {1}, 3.0, {18});               // left edge to right
-  expect({1}, {18}, 3.0, {1});                // right edge to left
-  expect({1}, {18}, 2.9, {-1});               // too far
-  expect({}, {4, 7}, 100.0, {-1, -1});        // no mark at all
-  expect({5}, {4, 7}, 100.0, {5, 7});         // kept: the second stays where it is, since a mark has been seen
-  expect({5}, {4, -1, 6}, 9.0, {5, -1, -1});  // one was dead before
+  }
 }
 
 TEST(SeekChain, IsTheScanOfEveryColumn) {
@@ -123,17 +118,18 @@ struct owned : _univ_mat {
 TEST(GrowChainSet, KeepsTheLivingAndPutsTheNewAfterThem) {
   const owned added(1, {33, 34}), begun(1, {3, 4}), longer(1, {1, 2, 3});
   owned tips(2, {7, 20, 9, 5, -1, 6}), origins(2, {1, 2, 3, 0, -1, 0});
-  const auto expect = [&](_korvo_errcode code, const _univ_mat& o, const numbers& t, const numbers& from) {
-    EXPECT_EQ(localfn_wav_grow_chain_set(&added, &o, nullptr, &tips, &origins), code);
-    EXPECT_EQ(tips.elements(), t);
-    EXPECT_EQ(origins.elements(), from);
+  const auto grow = [&](const _univ_mat& to) {
+    return localfn_wav_grow_chain_set(&added, &to, nullptr, &tips, &origins);
   };
-  expect(KORVO_ERR_OK, begun, {5, 6, 33, 34}, {1, 3, 3, 4});
-  as<_s32_mat>(tips).data[0] = -1;  // of one row
-  expect(KORVO_ERR_OK, added, {6, 33, 34, 33, 34}, {3, 3, 4, 33, 34});
+  EXPECT_EQ(grow(begun), KORVO_ERR_OK);
   for (const _univ_mat* wrong : {static_cast<const _univ_mat*>(&longer), static_cast<const _univ_mat*>(&tips)})
-    expect(KORVO_ERR_ILLEGAL_SIZE, *wrong, {6, 33, 34, 33, 34}, {3, 3, 4, 33, 34});
+    EXPECT_EQ(grow(*wrong), KORVO_ERR_ILLEGAL_SIZE);
   EXPECT_EQ(localfn_wav_grow_chain_set(&added, &added, nullptr, &tips, &tips), KORVO_ERR_ILLEGAL_ADDRESS);
+  EXPECT_EQ(tips.elements(), (numbers{5, 6, 33, 34}));
+  EXPECT_EQ(origins.elements(), (numbers{1, 3, 3, 4}));
+  as<_s32_mat>(tips).data[0] = -1;  // of one row
+  EXPECT_EQ(grow(added), KORVO_ERR_OK);
+  EXPECT_EQ(tips.elements(), (numbers{6, 33, 34, 33, 34}));
 }
 
 struct chains {
@@ -207,19 +203,6 @@ TEST(Skeleton, FollowsRidgesThroughAllScales) {
     EXPECT_EQ(each.points.elements(), straight);
     EXPECT_EQ(each.lengths.elements(), (numbers{8, 8}));
   }
-}
-
-TEST(Skeleton, RefusesInOrder) {
-  owned mask(1, {1, 0}), points(1, {1, 0}), lengths(1, {0});
-  _univ_mat* to = &points;
-  const auto expect = [&](_korvo_errcode code) {
-    EXPECT_EQ(wavuniv_transform_modulus_maxima_skeleton(&mask, 0, nullptr, to, &lengths), code);
-  };
-  expect(KORVO_ERR_ILLEGAL_VALUE);
-  to = &lengths, expect(KORVO_ERR_ILLEGAL_ADDRESS);
-  mask.nelem = 3, expect(KORVO_ERR_ILLEGAL_SIZE);
-  lengths.type = KORVO_DOUBLE, expect(KORVO_ERR_ILLEGAL_TYPE);
-  to = nullptr, expect(KORVO_ERR_NULL_POINTER);
 }
 
 }  // namespace

@@ -18,6 +18,8 @@ struct call_row {
   std::string name;                           // the exported name; for a further row "name/variant"
   std::function<ready_call(scene&)> prepare;  // fills a scene; must succeed without a host
   bool may_be_silent = false;                 // a stop inside the Fourier engine goes unsaid: success
+  bool reads = false;                         // no beginning of what is read from the stream will do
+  faults refused = {};                        // in the order in which the routine looks for them
 };
 using call_rows = std::vector<call_row>;
 
@@ -43,6 +45,7 @@ struct given {
   const char* text = nullptr;
   enum { zeros, made, bare, on_heap } output = zeros;
   bool may_be_silent = false;
+  faults refused = {};
 
   given& sized(std::int32_t r, std::int32_t c) { return rows = r, cols = c, *this; }
   given& shaped(std::vector<std::array<std::int32_t, 2>> each) { return shapes = std::move(each), *this; }
@@ -54,11 +57,35 @@ struct given {
   given& making() { return output = made, *this; }
   given& making_bare() { return output = bare, *this; }
   given& changing() { return output = on_heap, *this; }
+  given& refusing(faults in_order) { return refused = std::move(in_order), *this; }
   given& silent() { return may_be_silent = true, *this; }
 };
 template <class... N>
 given args(N... numbers) {
   return {.numbers = {static_cast<double>(numbers)...}};
+}
+
+// Faults of matrix or scalar k, for given::refusing().
+inline fault null(int k) { return {fault::no_matrix, k, KORVO_ERR_NULL_POINTER}; }
+inline fault no_data(int k) { return {fault::no_data, k, KORVO_ERR_NULL_POINTER}; }
+inline fault miscounted(int k) { return {fault::wrong_count, k, KORVO_ERR_ILLEGAL_SIZE}; }
+inline fault other_type(int k) { return {fault::wrong_type, k, KORVO_ERR_ILLEGAL_TYPE}; }
+inline fault shaped(int k, int rows, int cols) {
+  return {fault::shape, k, KORVO_ERR_ILLEGAL_SIZE, double(rows), double(cols)};
+}
+inline fault sharing(int k, int other) { return {fault::shares, k, KORVO_ERR_ILLEGAL_ADDRESS, double(other)}; }
+inline fault valued(int k, double x, _korvo_errcode expected = KORVO_ERR_ILLEGAL_VALUE) {
+  return {fault::value, k, expected, x};
+}
+// What most routines look for in n matrices, the last one the result, and then these.
+inline faults checked(int n, std::initializer_list<fault> then, bool converts = false) {
+  faults all;
+  for (int k = n - 1; k >= 0; --k) all.push_back(null(k));
+  if (!converts) all.push_back(other_type(n - 1));
+  all.push_back(miscounted(0));
+  for (int k = 1; k < n; ++k) all.push_back(no_data(k));
+  all.insert(all.end(), then);
+  return all;
 }
 
 // Makes the arguments of a routine in their order, each by its type.
@@ -68,6 +95,23 @@ class argument_maker {
 
   template <class P>
   P make() {
+    P argument = sound<P>();
+    if constexpr (std::is_arithmetic_v<P>) {
+      for (const fault& f : s_.spoiled)
+        if (f.what == fault::value && f.which == scalars_) argument = static_cast<P>(f.detail);
+      ++scalars_;
+    } else if constexpr (requires { argument->nelem; }) {
+      data_.push_back(argument->data);
+      for (auto f = s_.spoiled.rbegin(); argument && f != s_.spoiled.rend(); ++f)
+        if (f->what != fault::value && f->which + 1 == std::ssize(data_)) argument = with(*f, *argument);
+    }
+    return argument;
+  }
+
+ private:
+  // An argument without faults.
+  template <class P>
+  P sound() {
     using T = std::remove_pointer_t<P>;
     if constexpr (std::is_same_v<P, _univ_scalar>)
       return {_univ_value{.dbl = number()}, KORVO_DOUBLE};
@@ -89,7 +133,20 @@ class argument_maker {
       return s_.number<T>();
   }
 
- private:
+  template <class M>
+  M* with(const fault& f, M& sound) {
+    if (f.what == fault::no_matrix) return nullptr;
+    auto* const mat = s_.copy_of<std::remove_const_t<M>>(sound);
+    if (f.what == fault::no_data) mat->data = nullptr;
+    if (f.what == fault::wrong_count) --mat->nelem;
+    if (f.what == fault::shape)
+      mat->nrow = int(f.detail), mat->ncol = int(f.more), mat->nelem = mat->nrow * mat->ncol;
+    if (f.what == fault::shares) mat->data = static_cast<decltype(mat->data)>(data_.at(std::size_t(f.detail)));
+    if constexpr (std::is_same_v<std::remove_const_t<M>, _univ_mat>)
+      if (f.what == fault::wrong_type) mat->type = KORVO_FLOAT;
+    return mat;
+  }
+
   static constexpr std::int32_t six_[] = {1, 6, 1};  // the dimensions of a set
 
   double number() { return next_ < how_.numbers.size() ? how_.numbers[next_++] : 1.0; }
@@ -101,36 +158,46 @@ class argument_maker {
 
   template <class T>
   T* input() {
-    const auto [rows, cols] = shape();
-    const auto matrix = [&, rows = rows, cols = cols] {
+    const auto matrix = [&] {
+      const auto [rows, cols] = shape();
       return s_.in(how_.type, rows, cols, how_.low, how_.high);
     };
     if constexpr (std::is_same_v<T, _mat_set>)
       return s_.in_set({matrix(), matrix(), matrix()});
     else if constexpr (std::is_same_v<T, _univ_mat> || std::is_void_v<T>)
       return matrix();
-    else
+    else {
+      const auto [rows, cols] = shape();
       return s_.in<T>(rows, cols, how_.low, how_.high);
+    }
   }
   template <class T>
   T* result() {
-    if (how_.output != given::zeros || std::is_same_v<T, _mat_set>) {
+    if (how_.output != given::zeros) {
       T* const result = s_.allocated<T>(how_.output == given::made, how_.output == given::on_heap);
       if constexpr (std::is_same_v<T, _univ_mat>)
         if (how_.output == given::on_heap) result->type = how_.into;
       return result;
     }
-    const auto [rows, cols] = shape();
-    if constexpr (std::is_same_v<T, _univ_mat>)
+    const auto matrix = [&] {
+      const auto [rows, cols] = shape();
       return s_.out(how_.into, rows, cols);
-    else if constexpr (!std::is_same_v<T, _mat_set>)
+    };
+    if constexpr (std::is_same_v<T, _mat_set>)
+      return s_.out_set({matrix(), matrix(), matrix()});
+    else if constexpr (std::is_same_v<T, _univ_mat>)
+      return matrix();
+    else {
+      const auto [rows, cols] = shape();
       return s_.out<T>(rows, cols);
-    return nullptr;
+    }
   }
   scene& s_;
   const given& how_;
   std::size_t next_ = 0;
   std::size_t next_shape_ = 0;
+  int scalars_ = 0;
+  std::vector<void*> data_ = {};  // of the matrices so far
 };
 
 // An argument when it is known what intrp_ptr is.
@@ -142,6 +209,9 @@ P hosted(P argument, void* /*intrp_ptr*/) {
 
 template <class... P>
 call_row row(std::string name, _korvo_errcode (*f)(P...), const given& how) {
+  faults refused = how.refused;
+  if (!(std::is_same_v<P, _univ_mat*> || ...))  // a typed form has no other type
+    std::erase_if(refused, [](const fault& each) { return each.what == fault::wrong_type; });
   return {std::move(name),
           [=](scene& s) -> ready_call {
             argument_maker arguments(s, how);
@@ -150,7 +220,7 @@ call_row row(std::string name, _korvo_errcode (*f)(P...), const given& how) {
               return std::apply([&](auto... argument) { return f(hosted(argument, intrp_ptr)...); }, made);
             };
           },
-          how.may_be_silent};
+          how.may_be_silent, !how.file.empty(), refused};
 }
 
 #define ROW(name, how) row(#name, &name, how)

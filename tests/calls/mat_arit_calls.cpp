@@ -1,15 +1,19 @@
 #include "korvos/matrix/mat_arit.h"
 #include "tests/calls/calls.hpp"
 
-// With operands of other types than the result too: a temporary for each.
-#define MIXED_ROWS(op) \
-  REAL_ROWS(op, args()), VARIANT(matuniv_##op, "mixed", args(1.5).of(KORVO_UINT8, KORVO_DOUBLE))
+// With operands of other types than the result too: a temporary for each. Universal operands are wrapped anew,
+// whatever count of elements they state.
+#define MIXED_ROWS(op, how)                       \
+  TYPED_ROWS(op, how), ROW(matuniv_##op, args()), \
+      VARIANT(matuniv_##op, "mixed", args(1.5).of(KORVO_UINT8, KORVO_DOUBLE))
 
 call_rows mat_arit_calls() {
+  const given pair = args().refusing(checked(3, {shaped(2, 7, 6)}, true)),
+              one = args().refusing(checked(2, {shaped(1, 7, 6)}, true));
   return {
-      MIXED_ROWS(add),         MIXED_ROWS(subtract),     MIXED_ROWS(multiply_elem),
-      MIXED_ROWS(multiply),    MIXED_ROWS(add_scalar),   MIXED_ROWS(multiply_scalar),
-      ROW(mats16_abs, args()), ROW(mats32_abs, args()),  ROW(matflt_abs, args()),
-      ROW(matdbl_abs, args()), ROW(matuniv_abs, args()), REAL_ROWS(rescale, args(3, 90)),
+      MIXED_ROWS(add, pair),        MIXED_ROWS(subtract, pair),  MIXED_ROWS(multiply_elem, pair),
+      MIXED_ROWS(multiply, args()), MIXED_ROWS(add_scalar, one), MIXED_ROWS(multiply_scalar, one),
+      ROW(mats16_abs, one),         ROW(mats32_abs, one),        ROW(matflt_abs, one),
+      ROW(matdbl_abs, one),         ROW(matuniv_abs, one),       REAL_ROWS(rescale, args(3, 90)),
   };
 }

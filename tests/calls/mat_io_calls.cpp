@@ -10,7 +10,7 @@ std::string printed(const std::string& type_word) {
 // As many numbers as a matrix has elements.
 std::string list(const std::string& separator) {
   std::string numbers;
-  for (int i = 0; i < given{}.rows * given{}.cols; ++i) numbers += std::to_string(i) + separator;
+  for (int i = 0; i < given{}.rows * given{}.cols; ++i) numbers += std::to_string(i % 10) + separator;
   return numbers;
 }
 
@@ -25,12 +25,13 @@ std::string raw_bytes() { return list(" and ") + std::string(400, '?'); }
       PARSE(flt, "float"), PARSE(dbl, "double"), PARSE(univ, "double")
 
 call_rows mat_io_calls() {
+  const faults refused = checked(1, {}, true);
   return {
-      REAL_ROWS(print, args(30)),
+      REAL_ROWS(print, args(30).refusing(refused)),
       PARSE_ROWS,
-      REAL_ROWS(write_ascii, args(40).with(", ")),
-      REAL_ROWS(read_ascii, args(';', '#').reading(list(" ; # remark\n"))),
-      REAL_ROWS(write_raw, args(1)),
-      REAL_ROWS(read_raw, args(7, 1).reading(raw_bytes())),
+      REAL_ROWS(write_ascii, args(40).with(", ").refusing(refused)),
+      REAL_ROWS(read_ascii, args(';', '#').reading(list(" ; # remark\n")).refusing(refused)),
+      REAL_ROWS(write_raw, args(1).refusing(refused)),
+      REAL_ROWS(read_raw, args(7, 1).reading(raw_bytes()).refusing(refused)),
   };
 }

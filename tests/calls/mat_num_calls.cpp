@@ -9,8 +9,8 @@ call_rows mat_num_calls() {
     return [=](void* intrp_ptr) { return matuniv_lu_decomposition(m[0], intrp_ptr, m[1], m[2]); };
   };
   const auto solve = [](scene& s) -> ready_call {
-    const _univ_mat* const m[] = {s.in(KORVO_DOUBLE, n, n, 1.0), s.in(KORVO_DOUBLE, n, 1)};
-    _univ_mat *const pivots = s.in(KORVO_SINT32, n, 1, 0, 9), *const x = s.out(KORVO_DOUBLE, n, 1);
+    const _univ_mat* const m[] = {s.in(KORVO_DOUBLE, n, n, 1, 9), s.in(KORVO_DOUBLE, n, 1, 1, 9)};
+    _univ_mat *const pivots = s.in(KORVO_SINT32, n, 1, 1, 9), *const x = s.out(KORVO_DOUBLE, n, 1);
     return [=](void* intrp_ptr) { return matuniv_lu_solve(m[0], m[1], pivots, intrp_ptr, x); };
   };
   return {ROW(matdbl_lu_decomposition, args().shaped({{n, n}, {n, 1}, {n, n}})),

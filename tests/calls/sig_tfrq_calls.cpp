@@ -4,9 +4,23 @@
 namespace {
 
 // Instants that run on past the signal.
-given plane() { return args(2).shaped({{1, 40}, {6, 22}}); }
-given smoothed(std::int32_t rows, std::int32_t cols) { return args(2).shaped({{rows, cols}, {3, 6}, {6, 22}}); }
-given williams() { return args(0.5, 2).shaped({{1, 40}, {6, 22}}); }
+given plane() {
+  return args(2)
+      .shaped({{1, 40}, {6, 22}})
+      .refusing({null(0), null(1), other_type(1), shaped(0, 2, 20), sharing(1, 0), valued(0, 0)});
+}
+given smoothed(std::int32_t rows, std::int32_t cols) {
+  return args(2)
+      .shaped({{rows, cols}, {3, 6}, {6, 22}})
+      .refusing({null(0), null(1), null(2), other_type(2), other_type(1), shaped(0, 2, 20), sharing(2, 0),
+                 valued(0, 0), shaped(1, 6, 3), sharing(2, 1)});
+}
+given williams() {
+  return args(0.5, 2)
+      .shaped({{1, 40}, {6, 22}})
+      .refusing({null(0), null(1), other_type(1), shaped(0, 2, 20), sharing(1, 0), valued(1, 0), valued(0, 0),
+                 shaped(1, 41, 2)});
+}
 
 }  // namespace
 

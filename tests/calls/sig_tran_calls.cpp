@@ -5,13 +5,16 @@ namespace {
 
 // Lengths with each kind of butterfly and both stages of the permutation.
 given columns(int inverse, std::int32_t rows) {
-  return args(inverse).sized(rows, 3).within(-10.0, 10.0).silent();
+  return args(inverse).sized(rows, 3).within(-10.0, 10.0).silent().refusing(checked(2, {shaped(1, rows, 2)}));
 }
 given complex(int inverse, std::int32_t rows, _korvo_type in) {
-  return columns(inverse, rows).of(in, KORVO_DCOMPLEX);
+  return columns(inverse, rows)
+      .of(in, KORVO_DCOMPLEX)
+      .refusing(
+          {null(1), null(0), other_type(1), other_type(0), miscounted(0), no_data(1), shaped(1, rows, 2)});
 }
 given cosine(std::int32_t rows, std::int32_t cols) {
-  return args(1).sized(rows, cols).within(-10.0, 10.0).silent();
+  return args(1).sized(rows, cols).within(-10.0, 10.0).silent().refusing(checked(2, {}));
 }
 
 }  // namespace

@@ -3,6 +3,11 @@
 
 #include "korvos/core/ut_err.h"
 
+// The names of a form for the real types, and for complex too.
+#define REAL_FORMS(name) \
+  matu8_##name, matu16_##name, matu32_##name, mats16_##name, mats32_##name, matflt_##name, matdbl_##name
+#define ALL_FORMS(name) REAL_FORMS(name), matcpx_##name
+
 namespace korvo {
 
 // Calls test.operator()<form>() for each routine of a list.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <initializer_list>
 #include <ostream>
 #include <random>
@@ -68,6 +69,13 @@ class matrix : public M {
 
   std::vector<T> elements_;
 };
+
+// Whether the elements of two records are the same bits.
+template <class M>
+bool same_bits(const M& a, const M& b) {
+  return a.nelem == b.nelem &&
+         std::memcmp(a.data, b.data, sizeof *a.data * static_cast<std::size_t>(a.nelem)) == 0;
+}
 
 // Calls test.operator()<M>() for each record of a list.
 template <class... M, class Test>

@@ -55,8 +55,8 @@ void scene::begin(_mat_set& set) {
   if (matset_malloc(&set, 2, dims) == KORVO_ERR_OK) std::fill_n(set.mats, set.nmat, _univ_mat{});
 }
 
-FILE* scene::stream(std::string text) {
-  auto* const held = hold<fault_stream>(std::move(text));
+FILE* scene::stream(const std::string& text) {
+  auto* const held = streamed = hold<fault_stream>(text.substr(0, most_text), failing_call);
   looks_.push_back([=](byte_hash& hash) { hash.add(held->text().data(), held->text().size()); });
   return held->get();
 }

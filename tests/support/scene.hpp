@@ -15,6 +15,15 @@
 #include "tests/support/matrix.hpp"
 #include "tests/support/stream.hpp"
 
+// Something wrong with the k-th matrix of a call, or with its k-th scalar, and what that is refused with.
+struct fault {
+  enum { no_matrix, no_data, wrong_count, wrong_type, shape, shares, value } what;
+  int which;
+  _korvo_errcode expected;
+  double detail = 0.0, more = 0.0;  // rows and columns; the matrix whose data it shares; the value
+};
+using faults = std::vector<fault>;
+
 class scene {
  public:
   scene() = default;
@@ -69,8 +78,18 @@ class scene {
     return made;
   }
 
-  // A stream that holds `text`, to be read or written; what it holds after the call is hashed.
-  FILE* stream(std::string text);
+  // A stream that holds `text`, to be read or written; what it holds after the call is hashed. A sweep may let
+  // it fail at a call, or end early.
+  FILE* stream(const std::string& text);
+  int failing_call = INT_MAX;
+  faults spoiled = {};
+  std::size_t most_text = std::string::npos;
+  fault_stream* streamed = nullptr;
+
+  template <class T>
+  T* copy_of(const T& value) {
+    return hold<T>(value);
+  }
 
   // Bytes that must stay as they are.
   void keep(const void* data, std::size_t size);

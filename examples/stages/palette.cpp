@@ -32,9 +32,10 @@ matrix sample(const _mat_set& picture) {
   const std::int32_t pixels = picture.mats[0].nelem;
   const std::int32_t step = std::max(1, pixels / wanted);
   matrix out((pixels + step - 1) / step, 3);
-  for (std::int32_t r = 0; r < out.nrow; ++r)
-    for (std::int32_t k = 0; k < 3; ++k)
-      element(out, r, k) = elements<std::uint8_t>(picture.mats[k])[static_cast<std::size_t>(r * step)];
+  for (std::int32_t k = 0; k < 3; ++k) {
+    const std::uint8_t* const band = elements<std::uint8_t>(picture.mats[k]).data();
+    for (std::int32_t r = 0; r < out.nrow; ++r) element(out, r, k) = band[std::ptrdiff_t{r} * step];
+  }
   return out;
 }
 

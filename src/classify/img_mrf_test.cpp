@@ -174,4 +174,40 @@ TEST(Threshold, RejectsByTheSpreadOfAssignedDistances) {
               KORVO_ERR_ILLEGAL_VALUE);
 }
 
+// Of two faults the first check sees its own.
+TEST(Classification, RefusesInOrder) {
+  scene s;
+  const auto images = set(s, {2, 2}, KORVO_UINT8, 4, 5, 0.0, 9.0);
+  const auto statistics = set(s, {3}, KORVO_DOUBLE, 3, 2, 0.0, 1.0);
+  const auto doubles = set(s, {3}, KORVO_DOUBLE, 4, 5, 0.0, 1.0), other = set(s, {3}, KORVO_DOUBLE, 4, 5, 0, 1);
+  const auto integers = set(s, {3}, KORVO_SINT32, 4, 5, 0.0, 2.0),
+             narrow = set(s, {3}, KORVO_DOUBLE, 4, 4, 0, 1);
+  const auto kernel = set(s, {1}, KORVO_DOUBLE, 3, 3, 0.0, 1.0),
+             even = set(s, {1}, KORVO_DOUBLE, 3, 2, 0.0, 1.0);
+  s32_matrix out(4, 5);
+  const auto distance = [&](const _mat_set* in, int32_t frame, _mat_set* to) {
+    return imgset_classify_gaussian_distance(in, statistics, frame, nullptr, to);
+  };
+  EXPECT_EQ(distance(nullptr, 9, narrow), KORVO_ERR_NULL_POINTER);
+  EXPECT_EQ(distance(images, 9, narrow), KORVO_ERR_ILLEGAL_SIZE);
+  for (const int32_t frame : {-1, 2}) EXPECT_EQ(distance(images, frame, integers), KORVO_ERR_ILLEGAL_VALUE);
+  EXPECT_EQ(distance(images, 1, integers), KORVO_ERR_ILLEGAL_TYPE);
+  const auto field = [&](const _mat_set* labels, const _mat_set* kernels, int32_t frame, _mat_set* to) {
+    return imgset_classify_markov_random_field(labels, kernels, doubles, frame, nullptr, to, &out);
+  };
+  EXPECT_EQ(field(nullptr, even, 9, narrow), KORVO_ERR_NULL_POINTER);
+  EXPECT_EQ(field(integers, even, 9, other), KORVO_ERR_ILLEGAL_SIZE);
+  EXPECT_EQ(field(integers, kernel, 9, narrow), KORVO_ERR_ILLEGAL_SIZE);
+  EXPECT_EQ(field(other, kernel, 3, other), KORVO_ERR_ILLEGAL_VALUE);
+  EXPECT_EQ(field(other, kernel, 0, other), KORVO_ERR_ILLEGAL_TYPE);
+  const auto reject = [&](const _mat_set* labels, int32_t frame, double fraction) {
+    return imgset_classify_threshold_distance(doubles, labels, frame, fraction, nullptr, integers);
+  };
+  EXPECT_EQ(reject(narrow, 9, 2.0), KORVO_ERR_ILLEGAL_SIZE);
+  EXPECT_EQ(reject(other, 9, 2.0), KORVO_ERR_ILLEGAL_TYPE);
+  EXPECT_EQ(reject(integers, 3, 0.5), KORVO_ERR_ILLEGAL_VALUE);
+  for (const double fraction : {-0.1, 1.1, std::nan("")})
+    EXPECT_EQ(reject(integers, 0, fraction), KORVO_ERR_ILLEGAL_VALUE);
+}
+
 }  // namespace

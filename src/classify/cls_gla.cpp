@@ -40,11 +40,6 @@ code check_column(const _univ_mat* mat, _korvo_type type, std::int32_t rows) {
   return mat->nelem == rows && mat->ncol == 1 ? KORVO_ERR_OK : KORVO_ERR_ILLEGAL_SIZE;
 }
 
-bool shares_any(const _univ_mat* mat, std::initializer_list<const _univ_mat*> others) {
-  return mat && std::any_of(others.begin(), others.end(),
-                            [=](const _univ_mat* other) { return other && shares_data(mat, other); });
-}
-
 code check(const _univ_mat* training, const _univ_mat* initial, const settings& set, const _univ_mat* codebook,
            const report& to) {
   for (const _univ_mat* mat : {training, initial, codebook}) TRY(matuniv_validate(mat));
@@ -57,8 +52,8 @@ code check(const _univ_mat* training, const _univ_mat* initial, const settings& 
   TRY(check_column(to.populations, KORVO_SINT32, codebook->nrow));
   TRY(check_column(to.cell_distortions, KORVO_DOUBLE, codebook->nrow));
   if (set.mode < full_search || set.mode > table_search) return KORVO_ERR_ILLEGAL_VALUE;
-  if (shares_any(to.populations, {training, initial, codebook}) ||
-      shares_any(to.cell_distortions, {training, initial, codebook, to.populations}))
+  if (shares_data_with_any(to.populations, {training, initial, codebook}) ||
+      shares_data_with_any(to.cell_distortions, {training, initial, codebook, to.populations}))
     return KORVO_ERR_ILLEGAL_ADDRESS;
   return KORVO_ERR_OK;
 }

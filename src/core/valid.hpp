@@ -1,7 +1,10 @@
 // The checks that routines begin with.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <initializer_list>
+#include <type_traits>
 
 #include "core/code.hpp"
 
@@ -37,6 +40,13 @@ bool same_shape(const A* a, const B* b, const Rest*... rest) {
 template <class A, class B>
 bool shares_data(const A* a, const B* b) {
   return static_cast<const void*>(a->data) == static_cast<const void*>(b->data);
+}
+
+// Whether a matrix that may be missing shares with one of several that may be.
+template <class M>
+bool shares_data_with_any(const M* mat, std::initializer_list<std::type_identity_t<const M*>> others) {
+  return mat && std::any_of(others.begin(), others.end(),
+                            [=](const M* other) { return other && shares_data(mat, other); });
 }
 
 }  // namespace korvo

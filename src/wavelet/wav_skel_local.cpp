@@ -67,12 +67,6 @@ code validate_integers(std::initializer_list<const _univ_mat*> mats) {
   return KORVO_ERR_OK;
 }
 
-bool shares_data_with_any(const _univ_mat* mat, std::initializer_list<const _univ_mat*> others) {
-  for (const _univ_mat* other : others)
-    if (shares_data(mat, other)) return true;
-  return false;
-}
-
 code seek_chains(std::int32_t* marks, std::int32_t* map, std::int64_t cols, const _s32_mat& tips,
                  const _s32_mat& origins, double maximum_distance, void* intrp_ptr, std::int32_t* linked) {
   row_of_marks row(marks, cols);

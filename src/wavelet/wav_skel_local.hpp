@@ -14,8 +14,6 @@ constexpr std::int32_t dead = -1;  // where a chain would have its instant
 // Null pointers first, then types, then validation.
 code validate_integers(std::initializer_list<const _univ_mat*> mats);
 
-bool shares_data_with_any(const _univ_mat* mat, std::initializer_list<const _univ_mat*> others);
-
 // Links chains to a row of `marks` and `map`, both of `cols` columns. `tips` and `origins` have two rows; tips
 // lie within the row or are dead. `linked` may be null.
 code seek_chains(std::int32_t* marks, std::int32_t* map, std::int64_t cols, const _s32_mat& tips,

@@ -13,7 +13,7 @@
  *  Memory: temporaries as large as the data (the cosine forms: two and four times, in complex numbers) and work
  *  arrays that grow with the largest factor and with the product of the square-free ones.
  *
- *  The engine polls before each butterfly, rotation, swap and step of a cycle, at the costs in sig_tran.h's
+ *  The engine polls before each butterfly, rotation, swap and step of a cycle, at the costs of the
  *  table below. **If the host stops it, the routine goes on as if nothing had happened and returns
  *  KORVO_ERR_OK, with a result that is transformed in part and not scaled.** Whoever stops a call knows it.
  *

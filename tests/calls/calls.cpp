@@ -8,7 +8,9 @@ const call_rows& all_calls() {
           mat_io_calls(),   mat_tile_calls(), img_pttr_calls(), img_io_calls(),         sig_conv_calls(),
           img_conv_calls(), sig_tran_calls(), sig_pow2_calls(), sig_win_calls(),        sig_tfrq_calls(),
           wav_modw_calls(), wav_wtmm_calls(), wav_skel_calls(), wav_skel_local_calls(), mat_num_calls(),
-          cls_gla_calls(),  img_mrf_calls(),  korvos_calls()})
+          cls_gla_calls(),  img_mrf_calls(),  mat_thr_calls(),  mat_sort_calls(),       img_ccmp_calls(),
+          img_cany_calls(), img_edge_calls(), img_erg_calls(),  img_morp_calls(),       img_gmor_calls(),
+          korvos_calls()})
       rows.insert(rows.end(), module.begin(), module.end());
     return rows;
   }();

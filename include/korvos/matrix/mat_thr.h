@@ -15,8 +15,8 @@ KORVO_BEGIN_DECLARATIONS
  *
  *  Cost 3 an element, polled after each 4096 elements and at the end.
  *  - KORVO_ERR_NULL_POINTER: `in` or `out` is null.
- *  - KORVO_ERR_ILLEGAL_TYPE: a scalar is not of the type of `out`; or `in` is cpx; or `out` has no element
- * type. The codes of `validate` come next.
+ *  - KORVO_ERR_ILLEGAL_TYPE: a scalar is not of the type of `out`; or `in` is cpx; or `out`
+ *    has no element type. The codes of `validate` come next.
  *  - KORVO_ERR_ILLEGAL_SIZE: the sizes differ.
  *  - KORVO_ERR_ILLEGAL_ADDRESS: the matrices share their data and differ in type.
  *  - KORVO_ERR_ILLEGAL_VALUE: `low` or `high` is NaN. */

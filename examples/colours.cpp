@@ -47,4 +47,11 @@ ink shade(double value) {
   return table[static_cast<std::size_t>(std::lround(std::clamp(value, 0.0, 1.0) * (shades - 1)))];
 }
 
+ink label_colour(std::uint32_t label) {
+  if (label == 0) return paper;
+  constexpr double golden_angle = 2.399963229728653;
+  const double lightness = 0.55 + 0.3 * std::fmod(label * 0.754877666, 1.0);
+  return seen(lightness, 0.14, std::fmod(label * golden_angle, 2.0 * std::numbers::pi));
+}
+
 }  // namespace demo

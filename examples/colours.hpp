@@ -15,4 +15,7 @@ inline constexpr ink paper{24, 27, 33}, frame{36, 40, 48}, bright{236, 238, 242}
 // or above 1 has the colour of that end.
 ink shade(double value);
 
+// A colour for each label, near ones unlike each other; 0 is almost black.
+ink label_colour(std::uint32_t label);
+
 }  // namespace demo

@@ -17,6 +17,9 @@ void show_statistics(const subject& photo, gallery& out);
 void show_moves(const subject& photo, gallery& out);
 void show_palette(const subject& photo, gallery& out);
 void show_classes(const subject& photo, gallery& out);
+void show_edges(const subject& photo, gallery& out);
+void show_shapes(const subject& photo, gallery& out);
+void show_regions(const subject& photo, gallery& out);
 void show_files(const subject& photo, gallery& out);
 
 void show_course(const series& heard, gallery& out);
@@ -39,7 +42,10 @@ inline constexpr std::array picture_stages{stage<subject>{"sharpening", show_sha
                                            stage<subject>{"moves", show_moves},
                                            stage<subject>{"palette", show_palette},
                                            stage<subject>{"classes", show_classes},
-                                           stage<subject>{"files", show_files}};
+                                           stage<subject>{"files", show_files},
+                                           stage<subject>{"edges", show_edges},
+                                           stage<subject>{"shapes", show_shapes},
+                                           stage<subject>{"regions", show_regions}};
 
 inline constexpr std::array series_stages{
     stage<series>{"course of the series", show_course}, stage<series>{"spectrum", show_spectrum},

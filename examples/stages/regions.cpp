@@ -8,7 +8,7 @@
 namespace demo {
 namespace {
 
-constexpr std::int32_t grid = 4, wanted_regions = 150, order = 1;
+constexpr std::int32_t grid = 2, wanted_regions = 400, order = 1;
 
 struct segmentation {
   matrix labels, boundaries;
@@ -42,11 +42,11 @@ void show_regions(const subject& photo, gallery& out) {
   if (std::min(any.nrow, any.ncol) < 8 * grid) return;  // too few blocks to merge
   const planes picture = whole_blocks(photo.colour);
   segmentation grown;
-  const planes smooth = out.step("150 regions, a plane in each", [&] {
+  const planes smooth = out.step("400 regions, a plane in each", [&] {
     grown = grow(picture);
     return std::move(grown.approximation);
   });
-  out.hang("regions", in_label_colours<std::int32_t>(grown.labels), "150 regions", "imgset_region_grow_klm");
+  out.hang("regions", in_label_colours<std::int32_t>(grown.labels), "400 regions", "imgset_region_grow_klm");
   out.hang("planes", smooth, "a plane in each", "imgset_region_grow_klm");
   out.save("boundaries", grown.boundaries);
 }

@@ -1,9 +1,8 @@
-// The bright parts of the picture: opened, closed, told apart; and the height of each step in it.
+// The bright parts of the picture: opened, closed, told apart; and the height of each step in the picture.
 #include <algorithm>
 
 #include "colours.hpp"
 #include "labels.hpp"
-#include "scaling.hpp"
 #include "stages/stages.hpp"
 
 namespace demo {
@@ -11,9 +10,14 @@ namespace {
 
 constexpr std::uint8_t lit = 255, unlit = 0;
 
+// What is brighter than its surroundings.
 matrix bright_parts(const _univ_mat& grey) {
-  matrix out(grey.nrow, grey.ncol, KORVO_UINT8);
-  check(matuniv_threshold(&grey, -1e37, mean(grey), byte(lit), byte(unlit), nullptr, &out));
+  const auto window = [](std::int32_t side) { return std::min(41, side - (side % 2 == 0 ? 1 : 0)); };
+  matrix around(grey.nrow, grey.ncol), out(grey.nrow, grey.ncol, KORVO_UINT8);
+  check(
+      imguniv_local_mean(&grey, window(grey.nrow), window(grey.ncol), SIG_BOUNDARY_CONTINUE, nullptr, &around));
+  check(matuniv_subtract(&grey, &around, nullptr, &around));
+  check(matuniv_threshold(&around, -1e37, 5.0, byte(lit), byte(unlit), nullptr, &out));
   return out;
 }
 
@@ -51,14 +55,15 @@ matrix gradient(const _univ_mat& grey) {
 }  // namespace
 
 void show_shapes(const subject& photo, gallery& out) {
-  const matrix bright = bright_parts(photo.luminance);
+  const matrix parts = bright_parts(photo.luminance);
   const matrix round = disk(3);
   const matrix opened =
-      out.step("bright parts, opened", [&] { return morphed(bright, imguniv_binary_open, round); });
+      out.step("bright parts, opened", [&] { return morphed(parts, imguniv_binary_open, round); });
   const matrix closed =
-      out.step("bright parts, closed", [&] { return morphed(bright, imguniv_binary_close, round); });
-  const matrix labels = out.step("components of 20 pixels or more", [&] { return components(bright); });
-  const matrix steps = out.step("grey dilated less eroded", [&] { return gradient(photo.luminance); });
+      out.step("bright parts, closed", [&] { return morphed(parts, imguniv_binary_close, round); });
+  const matrix labels = out.step("components of 20 pixels or more", [&] { return components(parts); });
+  matrix steps = out.step("grey dilated less eroded", [&] { return gradient(photo.luminance); });
+  check(matuniv_multiply_scalar(&steps, number(3.0), nullptr, &steps));
   out.hang("gradient", steps, "dilated less eroded", "imguniv_grayscale_*");
   out.hang("components", in_label_colours<std::uint32_t>(labels), "bright components", "imguniv_connected_*");
   out.hang("opened", opened, "opened by a disk", "imguniv_binary_open");

@@ -19,8 +19,8 @@ KORVO_BEGIN_DECLARATIONS
  *  `high`. The frame of width one has magnitude 0, so it is background unless `low` is negative. `image` is of
  *  any real type, `result` of any integer type or dbl, and may be `image`.
  *
- *  Three temporaries of 8 bytes a pixel, and those of the stages. No cost but that of the stages.
- *  Checks, in order:
+ *  Three temporaries of 8 bytes a pixel, and those of the stages. No cost but that of the stages. Checks, in
+ *  order:
  *
  *  - KORVO_ERR_NULL_POINTER: `image` or `result` is null.
  *  - KORVO_ERR_ILLEGAL_VALUE: `high` is less than `low`, or one is NaN; then: `sigma` is not positive; then:
@@ -108,10 +108,10 @@ KORVO_API _korvo_errcode imguniv_edge_nonmaxima_suppress(const _univ_mat* row_de
  *  for a flt image `high` is rounded to float first. With equal thresholds a pixel of just that value is strong
  *  and no candidate, and no edge.
  *
- *  `image` is of any real type, `result` of any integer type or dbl. Temporary labels of 4 bytes a pixel and
- *  4 bytes a component. Cost, after that of the threshold and of the components: 4 * nelem when the strong
- *  pixels are known and 3 * nelem when the result is written, each polled once. When it is stopped, the result
- *  holds the candidates or part of the edges. Checks, in order:
+ *  `image` is of any real type, `result` of any integer type or dbl. Temporary labels of 4 bytes a pixel and 4
+ *  bytes a component. Cost, after that of the threshold and of the components: 4 * nelem when the strong pixels
+ *  are known and 3 * nelem when the result is written, each polled once. When it is stopped, the result holds
+ *  the candidates or part of the edges. Checks, in order:
  *
  *  - the codes of `validate` for `image`, `result`.
  *  - KORVO_ERR_ILLEGAL_TYPE: a scalar is not of the type of `result`.

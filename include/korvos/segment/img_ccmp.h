@@ -14,10 +14,10 @@
  *  numbered anew without gaps.
  *
  *  Method: the runs of foreground in each row are joined to those they touch in the row above through a table
- *  of equivalent labels, in one pass (A. Rosenfeld and J. L. Pfaltz, 1966; by runs: R. M. Haralick and
- *  L. G. Shapiro, 1992). Time grows with the number of pixels, whatever the shapes. The table has an entry for
- *  each run and grows by 5000 at a time; `min_size` takes an entry for each component; besides there are
- *  three rows of one bit a pixel. `labels` may be the buffer of an image of the same element size.
+ *  of equivalent labels, in one pass (A. Rosenfeld and J. L. Pfaltz, 1966; by runs: R. M. Haralick and L. G.
+ *  Shapiro, 1992). Time grows with the number of pixels, whatever the shapes. The table has an entry for each
+ *  run and grows by 5000 at a time; `min_size` takes an entry for each component; besides there are three rows
+ *  of one bit a pixel. `labels` may be the buffer of an image of the same element size.
  *
  *  After a failure on the way, and after a stop, the elements of `labels` are neither those from before nor
  *  labels, and `*count` is as it was. */
@@ -38,7 +38,7 @@ KORVO_BEGIN_DECLARATIONS
  *
  *  - KORVO_ERR_NULL_POINTER: (universal) `image` or `labels` is null.
  *  - KORVO_ERR_ILLEGAL_TYPE: (universal) `labels` is not u32, `foreground` has not the type of `image`, or
- * there is no form for it.
+ *    there is no form for it.
  *  - the codes of `validate` for `image`, `labels`.
  *  - KORVO_ERR_ILLEGAL_SIZE: `labels` has not the shape of `image`.
  *  - KORVO_ERR_NULL_POINTER: `count` is null.
@@ -69,7 +69,7 @@ KORVO_API _korvo_errcode imguniv_connected_components(const _univ_mat* image, in
 
 /** Of a stack of images of one shape and type, the planes in the order of the set: pixels are neighbours along
  *  rows, columns and planes (6-connectivity), and `connectivity` is not looked at. `min_size` counts the pixels
- * of all planes. There is no form for s16, flt and cpx.
+ *  of all planes. There is no form for s16, flt and cpx.
  *
  *  Cost of the first plane as of a 4-connected image, in a tally of its own; then (columns) * 20 for each row,
  *  and twice (elements) * (planes). Polled after each row and after each of the two.

@@ -7,8 +7,8 @@
 
 KORVO_BEGIN_DECLARATIONS
 
-/** The gradient by the masks of I. Sobel (1968), by imguniv_correlate() with SIG_BOUNDARY_ZERO, not
- *  divided by 8:
+/** The gradient by the masks of I. Sobel (1968), by imguniv_correlate() with SIG_BOUNDARY_ZERO, not divided by
+ *  8:
  *
  *      column gradient  -1 0 1      row gradient  -1 -2 -1
  *                       -2 0 2                     0  0  0

@@ -10,18 +10,9 @@
 
 namespace korvo {
 
-using sets = std::initializer_list<const _mat_set*>;
-
 // Each set in turn: its matrices are alike.
 inline code all_alike(sets list) {
   for (const _mat_set* set : list) TRY(matset_verify_allsame(set));
-  return KORVO_ERR_OK;
-}
-
-// The elements of every matrix, which sets themselves do not vouch for.
-inline code members_valid(sets list) {
-  for (const _mat_set* set : list)
-    for (std::int32_t i = 0; i < set->nmat; ++i) TRY(matuniv_validate(set->mats + i));
   return KORVO_ERR_OK;
 }
 

@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "core/code.hpp"
+#include "korvos/core/mat_set.h"
 
 namespace korvo {
 
@@ -25,6 +26,15 @@ template <class M, class... Rest>
 [[nodiscard]] code valid(const M* mat, const Rest*... rest) {
   TRY(valid(mat));
   return valid(rest...);
+}
+
+using sets = std::initializer_list<const _mat_set*>;
+
+// The elements of every matrix, which sets themselves do not vouch for.
+inline code members_valid(sets list) {
+  for (const _mat_set* set : list)
+    for (std::int32_t i = 0; i < set->nmat; ++i) TRY(matuniv_validate(set->mats + i));
+  return KORVO_ERR_OK;
 }
 
 template <class A, class B>

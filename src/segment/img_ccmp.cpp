@@ -246,12 +246,6 @@ code check_stacks(const _mat_set* images, const _mat_set* labels, const std::uin
   return KORVO_ERR_OK;
 }
 
-// The elements, which sets do not vouch for.
-code check_members(const _mat_set* set) {
-  for (std::int32_t p = 0; p < set->nmat; ++p) TRY(matuniv_validate(set->mats + p));
-  return KORVO_ERR_OK;
-}
-
 }  // namespace
 }  // namespace korvo
 
@@ -288,8 +282,7 @@ code imgset_connected_components_3d(const _mat_set* images, int32_t /*connectivi
   TRY(check_stacks(images, labels, count));
   if (foreground.type != images->mats[0].type) return KORVO_ERR_ILLEGAL_TYPE;
   return dispatch(foreground.type, stack_records{}, [&]<class M> {
-    TRY(check_members(images));
-    TRY(check_members(labels));
+    TRY(members_valid({images, labels}));
     return label_stack<M>(images, number<M>(foreground), min_size, intrp_ptr, labels, count);
   });
 }

@@ -10,7 +10,7 @@ namespace korvo {
 template <class M>
 class universal_temporary : public _univ_mat {
  public:
-  universal_temporary() : _univ_mat{} {}
+  universal_temporary() { static_cast<_univ_mat&>(*this) = _univ_mat{}; }
 
   [[nodiscard]] code make(std::int64_t rows, std::int64_t cols) {
     TRY(owner_.make(rows, cols));

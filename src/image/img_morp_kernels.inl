@@ -91,8 +91,9 @@ bool is_plain(const tile<T>& on) {
     for (std::int64_t a = 0; a < on.rows + on.part_rows - 1; ++a)
       for (std::int64_t c = 0; c < on.cols + on.part_cols - 1; c += lanes<T>) {
         const T* const samples = on.samples + a * tile<T>::pitch + c;
-        const vec<T> x = load<T>(samples);
-        odd |= (x != x) | (load<std::int64_t>(samples) == std::numeric_limits<std::int64_t>::min());
+        const vec<T> x = load<T>(samples);  // a NaN is unlike itself
+        odd |=
+            (x != load<T>(samples)) | (load<std::int64_t>(samples) == std::numeric_limits<std::int64_t>::min());
       }
     for (int u = 0; u < lanes<T>; ++u)
       if (odd[u]) return false;

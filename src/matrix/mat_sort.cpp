@@ -2,6 +2,7 @@
 #include "korvos/matrix/mat_sort.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <numeric>
 #include <span>
@@ -29,8 +30,8 @@ struct by_element {
     if (x < y) return true;
     if (y < x) return false;
     if constexpr (std::is_floating_point_v<T>) {
-      const bool last = x != x;
-      if (last != (y != y)) return !last;
+      const bool last = std::isnan(x);
+      if (last != std::isnan(y)) return !last;
     }
     return i < j;
   }

@@ -10,7 +10,8 @@ const call_rows& all_calls() {
           wav_modw_calls(), wav_wtmm_calls(), wav_skel_calls(), wav_skel_local_calls(), mat_num_calls(),
           cls_gla_calls(),  img_mrf_calls(),  mat_thr_calls(),  mat_sort_calls(),       img_ccmp_calls(),
           img_cany_calls(), img_edge_calls(), img_erg_calls(),  img_morp_calls(),       img_gmor_calls(),
-          korvos_calls()})
+          pgn_regn_calls(), pgn_smpl_calls(), img_snk_calls(),  img_lset_calls(),       img_intp_calls(),
+          img_dist_calls(), korvos_calls()})
       rows.insert(rows.end(), module.begin(), module.end());
     return rows;
   }();

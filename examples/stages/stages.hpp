@@ -20,6 +20,7 @@ void show_classes(const subject& photo, gallery& out);
 void show_edges(const subject& photo, gallery& out);
 void show_shapes(const subject& photo, gallery& out);
 void show_regions(const subject& photo, gallery& out);
+void show_contours(const subject& photo, gallery& out);
 void show_files(const subject& photo, gallery& out);
 
 void show_course(const series& heard, gallery& out);
@@ -45,7 +46,8 @@ inline constexpr std::array picture_stages{stage<subject>{"sharpening", show_sha
                                            stage<subject>{"files", show_files},
                                            stage<subject>{"edges", show_edges},
                                            stage<subject>{"shapes", show_shapes},
-                                           stage<subject>{"regions", show_regions}};
+                                           stage<subject>{"regions", show_regions},
+                                           stage<subject>{"contours", show_contours}};
 
 inline constexpr std::array series_stages{
     stage<series>{"course of the series", show_course}, stage<series>{"spectrum", show_spectrum},

@@ -140,7 +140,7 @@ void show_contours(const subject& photo, gallery& out) {
   const planes traced = dimmed(grey);
   draw(outline, true, accent, traced);
   check(matuniv_multiply_scalar(&area, number(255.0), nullptr, &area));
-  out.hang("traced", traced, "a boundary traced", "pgnuniv_boundary_chain_*");
+  out.hang("traced", traced, "a boundary traced", "pgnuniv_*_from_region");
   out.hang("redrawn", area, "the area within", "pgnuniv_render_region");
   named("snake", [&] { return show_snake(grey, out), 0; });
   const matrix cost = out.step("distance to the nearest edge", [&] { return costs(grey); });

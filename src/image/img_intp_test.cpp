@@ -29,6 +29,6 @@ TEST(Interpolation, IsBilinearInsideAndFallsToZeroOutside) {
 }
 
 TEST(Interpolation, ReadsNoCornerBesideAWholeNumber) {
-    const dbl_matrix pixels(1, 2, {3, INFINITY});
-    EXPECT_EQ(at(pixels.universal(), 0, 0), 3);
+  const dbl_matrix pixels(1, 2, {3, INFINITY});
+  EXPECT_EQ(at(pixels.universal(), 0, 0), 3);
 }

@@ -68,7 +68,8 @@ matrix circle_round_busiest(const _univ_mat& grey) {
   const auto all = elements(around);
   const auto at = static_cast<std::int32_t>(std::ranges::min_element(all) - all.begin());
   const double radius = 0.65 * size;
-  const double row = std::clamp<double>(at / grey.ncol, radius, grey.nrow - 1 - radius);
+  const std::int32_t busiest_row = at / grey.ncol;
+  const double row = std::clamp<double>(busiest_row, radius, grey.nrow - 1 - radius);
   const double col = std::clamp<double>(at % grey.ncol, radius, grey.ncol - 1 - radius);
   for (std::int32_t i = 0; i < circle.nrow; ++i) {
     const double angle = 2.0 * std::numbers::pi * i / circle.nrow;

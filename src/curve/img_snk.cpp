@@ -9,6 +9,7 @@
 #include "core/temporary.hpp"
 #include "core/universal.hpp"
 #include "core/valid.hpp"
+#include "curve/polygon.hpp"
 #include "image/img_intp.hpp"
 #include "korvos/curve/pgn_smpl.h"
 #include "korvos/segment/img_cany.h"
@@ -22,11 +23,6 @@ constexpr snake_params defaults = {IMG_CONTOUR_CLOSED, 1.0, 1.0, 1.0, 0.5, 50, 0
 struct images {
   _dbl_mat energy, row_gradient, column_gradient;
 };
-
-struct vertex {
-  double x, y;
-};
-double length(double x, double y) { return std::sqrt(x * x + y * y); }
 
 // The symmetric matrix of five diagonals: the main one and two beside it, then the factors L D L' in its place.
 class band {
@@ -60,7 +56,7 @@ class band {
   }
 
   // Both coordinates at once, in place.
-  void solve(vertex* v) const {
+  void solve(point* v) const {
     subtract(v[1], rows_[0].l, v[0]);
     for (std::int32_t i = 2; i < n_; ++i) {
       subtract(v[i], rows_[i - 1].l, v[i - 1]);
@@ -74,7 +70,7 @@ class band {
     }
   }
 
-  static void subtract(vertex& from, double factor, const vertex& other) {
+  static void subtract(point& from, double factor, const point& other) {
     from.x -= factor * other.x;
     from.y -= factor * other.y;
   }
@@ -94,7 +90,7 @@ class snake {
         with_(with),
         is_automatic_(is_automatic),
         n_(contour.nrow),
-        contour_(contour.data),
+        contour_(contour),
         poll_(intrp_ptr) {}
 
   // The results say how far it came even if it does not converge.
@@ -102,15 +98,12 @@ class snake {
     TRY(matrix_.make(n_));
     TRY(candidate_.make(n_));
     TRY(contour_now_.make(n_));
-    for (std::int32_t i = 0; i < n_; ++i) contour_now_[i] = {contour_[2 * i], contour_[2 * i + 1]};
+    for (std::int32_t i = 0; i < n_; ++i) contour_now_[i] = vertex(contour_, i);
     TRY(measure(contour_now_.data()));
     TRY(prepare(is_automatic_));
     std::int32_t done = 0;
     const code result = iterate(&done);
-    for (std::int32_t i = 0; i < n_; ++i) {
-      contour_[2 * i] = contour_now_[i].x;
-      contour_[2 * i + 1] = contour_now_[i].y;
-    }
+    for (std::int32_t i = 0; i < n_; ++i) set_vertex(contour_, i, contour_now_[i]);
     if (result != KORVO_ERR_OK && result != KORVO_ERR_NOT_CONVERGING) return result;
     results->alpha = with_.alpha;
     results->beta = with_.beta;
@@ -157,30 +150,30 @@ class snake {
   }
 
   // The neighbours of a vertex; the ends of an open contour stand in for those they lack.
-  [[nodiscard]] vertex before(const vertex* v, std::int32_t i) const {
+  [[nodiscard]] point before(const point* v, std::int32_t i) const {
     return i > 0 ? v[i - 1] : is_closed() ? v[n_ - 1] : v[0];
   }
-  [[nodiscard]] vertex after(const vertex* v, std::int32_t i) const {
+  [[nodiscard]] point after(const point* v, std::int32_t i) const {
     return i + 1 < n_ ? v[i + 1] : is_closed() ? v[0] : v[i];
   }
   [[nodiscard]] bool is_closed() const { return with_.contour_type == IMG_CONTOUR_CLOSED; }
 
-  [[nodiscard]] code measure(const vertex* v) {
+  [[nodiscard]] code measure(const point* v) {
     energy_ = elastic_ = bending_ = 0.0;
     for (std::int32_t i = 0; i < n_; ++i) {
-      const vertex here = v[i];
-      const vertex prev = before(v, i);
-      const vertex next = after(v, i);
+      const point here = v[i];
+      const point prev = before(v, i);
+      const point next = after(v, i);
       energy_ += corners(here.y, here.x, on_.energy.nrow, on_.energy.ncol).of(on_.energy.data);
-      elastic_ += 0.5 * length(here.x - prev.x, here.y - prev.y);
+      elastic_ += 0.5 * distance(prev, here);
       bending_ += 0.5 * length(prev.x - 2.0 * here.x + next.x, prev.y - 2.0 * here.y + next.y);
     }
     return poll_.add(48.0 * n_);
   }
 
   [[nodiscard]] code find_candidate() {
-    const vertex* const v = contour_now_.data();
-    vertex* const right = candidate_.data();
+    const point* const v = contour_now_.data();
+    point* const right = candidate_.data();
     for (std::int32_t i = 0; i < n_; ++i) {
       const corners at(v[i].y, v[i].x, on_.energy.nrow, on_.energy.ncol);
       right[i] = {v[i].x / with_.step - with_.gamma * at.of(on_.column_gradient.data),
@@ -205,7 +198,7 @@ class snake {
     double sum = 0.0;
     std::int32_t count = 0;
     for (std::int32_t i = 0; i < n_; ++i) {
-      const double way = length(candidate_[i].x - contour_now_[i].x, candidate_[i].y - contour_now_[i].y);
+      const double way = distance(contour_now_[i], candidate_[i]);
       sum += way;
       count += way > with_.move_threshold ? 1 : 0;
     }
@@ -218,10 +211,10 @@ class snake {
   snake_params with_;
   bool is_automatic_;
   std::int32_t n_;
-  double* contour_;
+  _dbl_mat contour_;
   checkpoint poll_;
   band matrix_;
-  scratch<vertex> candidate_, contour_now_;
+  scratch<point> candidate_, contour_now_;
   double energy_ = 0.0, elastic_ = 0.0, bending_ = 0.0;
 };
 

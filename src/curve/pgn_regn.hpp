@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "core/code.hpp"
+#include "curve/polygon.hpp"
 #include "korvos/curve/pgn_regn.h"
 
 namespace korvo {
@@ -15,14 +16,6 @@ constexpr std::int8_t col_step[] = {1, 1, 0, -1, -1, -1, 0, 1};
 
 // Chains and polygons made from chains grow by so many links or vertices.
 constexpr std::int32_t growth = 1000;
-
-struct point {
-  double x, y;
-};
-
-inline point vertex(const _dbl_mat& polygon, std::int64_t i) {
-  return {polygon.data[2 * i], polygon.data[2 * i + 1]};
-}
 
 [[nodiscard]] inline code has_vertices(const _dbl_mat& polygon) {
   return polygon.ncol == 2 && polygon.nrow >= 2 ? KORVO_ERR_OK : KORVO_ERR_ILLEGAL_SIZE;

@@ -7,13 +7,10 @@
 #include "core/checkpoint.hpp"
 #include "core/dispatch.hpp"
 #include "core/valid.hpp"
+#include "curve/polygon.hpp"
 
 namespace korvo {
 namespace {
-
-struct point {
-  double x, y;
-};
 
 // The contour as a row of sides, the last of which closes it if that is wanted.
 class contour {
@@ -22,15 +19,8 @@ class contour {
       : polygon_(polygon), sides_(closed ? polygon.nrow : polygon.nrow - 1) {}
 
   std::int32_t sides() const { return sides_; }
-  point corner(std::int64_t i) const {
-    const double* const row = polygon_.data + 2 * (i < polygon_.nrow ? i : i - polygon_.nrow);
-    return {row[0], row[1]};
-  }
-  double side(std::int64_t i) const {
-    const point a = corner(i);
-    const point b = corner(i + 1);
-    return std::sqrt((b.x - a.x) * (b.x - a.x) + (b.y - a.y) * (b.y - a.y));
-  }
+  point corner(std::int64_t i) const { return vertex(polygon_, i < polygon_.nrow ? i : i - polygon_.nrow); }
+  double side(std::int64_t i) const { return distance(corner(i), corner(i + 1)); }
 
  private:
   const _dbl_mat& polygon_;
@@ -51,8 +41,7 @@ void place_vertices(const contour& along, double length, std::int32_t parts, _db
     const double share = reach > 0.0 ? std::fmin((place - begun) / reach, 1.0) : 0.0;
     const point a = along.corner(side);
     const point b = along.sides() > 0 ? along.corner(side + 1) : a;
-    out->data[2 * k] = a.x + share * (b.x - a.x);
-    out->data[2 * k + 1] = a.y + share * (b.y - a.y);
+    set_vertex(*out, k, {a.x + share * (b.x - a.x), a.y + share * (b.y - a.y)});
   }
 }
 

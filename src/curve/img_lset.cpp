@@ -166,7 +166,7 @@ constexpr direction jump = directions[0];
 // A chain that is freed unless it is handed over.
 class owned_chain : public pgn_chain {
  public:
-  owned_chain() : pgn_chain{} {}
+  owned_chain() { static_cast<pgn_chain&>(*this) = pgn_chain{}; }
   owned_chain(const owned_chain&) = delete;
   owned_chain& operator=(const owned_chain&) = delete;
   ~owned_chain() { (void)pgn_chain_free(this); }

@@ -36,8 +36,9 @@ slice slice_of(const edge& e, double top, double bottom) {
 
 // floor(x + 0.5); the library's floor is a call where there is no instruction for it.
 std::int64_t column_of(double x) {
-  const auto towards_zero = static_cast<std::int64_t>(x + 0.5);
-  return towards_zero - (static_cast<double>(towards_zero) > x + 0.5 ? 1 : 0);
+  const double moved = x + 0.5;
+  const auto towards_zero = static_cast<std::int64_t>(moved);
+  return towards_zero - (static_cast<double>(towards_zero) > moved ? 1 : 0);
 }
 
 // A set of numbers below a limit.

@@ -139,22 +139,19 @@ TEST(Pnm, ReadsWhatAHeaderSays) {
     for (const std::string& text : texts) EXPECT_EQ(read(text), expected) << text;
   for (const char* text : {"P3 1 1 9 1 2 3", "P6 1 1 9\nabc", "P1 1 1 1", "P2 1 1 9 1", "P4 1 1 a"})
     EXPECT_EQ(read(!has_colours(text), fault_stream(text).get()), picture{KORVO_ERR_ILLEGAL_VALUE}) << text;
-  for (const bool colours : {false, true}) EXPECT_EQ(read(colours, nullptr), picture{KORVO_ERR_NULL_POINTER});
 }
 
 // Each fault is met before all that were brought in earlier; types without bits only behind the header.
 TEST(Pnm, RefusesToWriteInItsOrder) {
   const u8_matrix image(2, 40, 1);
-  image_writer none, w = {std::vector(3, image.universal()), 1, std::nan("")};
+  image_writer w = {std::vector(3, image.universal()), 1, std::nan("")};
   const auto refuse = [&](form f, _korvo_errcode expected, const char* text = "") {
     fault_stream out;
     EXPECT_EQ(w.write(f, out.get()), expected);
     EXPECT_EQ(out.text(), text);
   };
-  for (const form f : {bits, grey, colour}) EXPECT_EQ(none.write(f, stdout), KORVO_ERR_NULL_POINTER);
   refuse(bits, KORVO_ERR_ILLEGAL_VALUE, "P1 40 2\n");
-  w.planes[0].nelem = 3, refuse(grey, KORVO_ERR_ILLEGAL_SIZE),
-  refuse(bits, KORVO_ERR_ILLEGAL_SIZE, "P1 40 2\n");
+  w.planes[0].nelem = 3, refuse(bits, KORVO_ERR_ILLEGAL_SIZE, "P1 40 2\n");
   for (const _korvo_type type : {KORVO_SINT8, KORVO_SINT16, KORVO_FLOAT, KORVO_DCOMPLEX}) {
     w.planes[0].type = type, refuse(grey, KORVO_ERR_ILLEGAL_TYPE);
     refuse(bits, KORVO_ERR_ILLEGAL_TYPE, type == KORVO_DCOMPLEX ? "" : "P1 40 2\n");
@@ -188,7 +185,6 @@ TEST(Pnm, PollsAsItsCostsSay) {
   expect(bits, 1, {{5.0 * 80}, {71e3, 142e3, 162e3}, {1000.0 * 80}, {1000.0 * 80, 1001.0 * 80}});
 }
 
-// Each fault is met before all that were brought in earlier.
 TEST(Bits, AreTextOrBytesOfEachTypeThatHasThem) {
   const u8_matrix two(1, 5, {0, 9, 9, 0, 9});
   _univ_mat mat = two.universal();
@@ -198,29 +194,29 @@ TEST(Bits, AreTextOrBytesOfEachTypeThatHasThem) {
     EXPECT_EQ(imguniv_write_to_bits(out.get(), &mat, 8.0, raw, ", ", 6, nullptr), KORVO_ERR_OK);
     EXPECT_EQ(out.text(), text);
   }
-  EXPECT_EQ(imguniv_write_to_bits(nullptr, &mat, 0.0, 1, nullptr, 70, nullptr), KORVO_ERR_NULL_POINTER);
 
   _univ_scalar zero_bit{};
-  const auto expect = [&](_korvo_errcode code, FILE* in, std::uint8_t raw, std::int32_t skip) {
-    EXPECT_EQ(imguniv_read_from_bits(in, zero_bit, raw, skip, ';', '%', nullptr, &mat), code);
+  const auto reads = [&](FILE* in, std::uint8_t raw, std::int32_t skip) {
+    return imguniv_read_from_bits(in, zero_bit, raw, skip, ';', '%', nullptr, &mat);
   };
   each_record(records<_u8_mat, _u16_mat, _u32_mat, _dbl_mat>{}, [&]<class M> {
     zero_bit.type = tag<M>::type, zero_bit.value.*tag<M>::member = 77;
     const matrix<M> text(2, 5, 1), raw(2, 5, 1), expected(2, 5, {0, 77, 0, 77, 77, 77, 77, 77, 77, 0});
-    mat = text.universal(), expect(KORVO_ERR_OK, fault_stream("1;0;255 0 0 % 1\n0;; 0 0\n0 2").get(), 0, -1);
-    mat = raw.universal(), expect(KORVO_ERR_OK, fault_stream("skip\xa0\x40").get(), 3, 4);
+    mat = text.universal();
+    EXPECT_EQ(reads(fault_stream("1;0;255 0 0 % 1\n0;; 0 0\n0 2").get(), 0, -1), KORVO_ERR_OK);
+    mat = raw.universal();
+    EXPECT_EQ(reads(fault_stream("skip\xa0\x40").get(), 3, 4), KORVO_ERR_OK);
     EXPECT_EQ(text.elements(), expected.elements());
     EXPECT_EQ(raw.elements(), expected.elements());
   });
   const s16_matrix image(1, 8);
   mat = image.universal(), zero_bit.type = KORVO_SINT16;
   fault_stream stream("ab");
-  expect(KORVO_ERR_ILLEGAL_TYPE, stream.get(), 1, 0);
+  EXPECT_EQ(reads(stream.get(), 1, 0), KORVO_ERR_ILLEGAL_TYPE);
   EXPECT_EQ(stream.rest(), "b") << "the bits have been read";
-  expect(KORVO_ERR_IO, stream.get(), 1, 0);
-  zero_bit.type = KORVO_UINT16, expect(KORVO_ERR_ILLEGAL_TYPE, stream.get(), 1, 0);
-  expect(KORVO_ERR_ILLEGAL_VALUE, stream.get(), 1, -1), expect(KORVO_ERR_NULL_POINTER, nullptr, 1, -1);
-  mat.nelem = 7, expect(KORVO_ERR_ILLEGAL_SIZE, nullptr, 1, -1);
+  EXPECT_EQ(reads(stream.get(), 1, 0), KORVO_ERR_IO);
+  zero_bit.type = KORVO_UINT16;
+  EXPECT_EQ(reads(stream.get(), 1, 0), KORVO_ERR_ILLEGAL_TYPE);
 }
 
 }  // namespace

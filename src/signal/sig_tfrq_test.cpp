@@ -143,21 +143,14 @@ TEST(ChoiWilliams, SmoothsWithItsKernelWhoseRowsSigmaLimits) {
 
 TEST(ChoiWilliams, RefusesParametersAndLeavesNoKernelBehind) {
   const dbl_matrix unmade(1, 1);
-  const auto expect = [&](_korvo_errcode code, int lags, int samples, double sigma, const double* left) {
-    _dbl_mat kernel = unmade;
-    fake_host host(3);
-    const threshold each(1e-9);
-    EXPECT_EQ(sigdbl_kernel_choi_williams(lags, samples, sigma, host.intrp_ptr(), &kernel), code);
-    EXPECT_EQ(kernel.data, left);
-  };
-  for (const int lags : {0, 1}) expect(KORVO_ERR_ILLEGAL_VALUE, lags, 1 - lags, 1.0, unmade.data);
-  for (const double sigma : {0.0, -1.0, std::nan("")})
-    expect(KORVO_ERR_ILLEGAL_VALUE, 1, 1, sigma, unmade.data);
-  expect(KORVO_ERR_MALLOC, INT32_MAX, INT32_MAX, 1e-300, nullptr);
-  expect(KORVO_ERR_INTERRUPT, 5, 30, 1.0, nullptr);
+  _dbl_mat kernel = unmade;
   _univ_mat any = unmade.universal();
   EXPECT_EQ(siguniv_kernel_choi_williams(0, 1, 1.0, nullptr, &any, KORVO_FLOAT), KORVO_ERR_ILLEGAL_TYPE);
   EXPECT_EQ(any.type, KORVO_FLOAT);
+  EXPECT_EQ(sigdbl_kernel_choi_williams(1, 1, std::nan(""), nullptr, &kernel), KORVO_ERR_ILLEGAL_VALUE);
+  EXPECT_EQ(kernel.data, unmade.data);
+  EXPECT_EQ(sigdbl_kernel_choi_williams(INT32_MAX, INT32_MAX, 1e-300, nullptr, &kernel), KORVO_ERR_MALLOC);
+  EXPECT_EQ(kernel.data, nullptr);
 }
 
 // Zeroing, and copying a row into a longer one, poll once each.

@@ -80,6 +80,7 @@ inline fault sharing(int k, int other) { return {fault::shares, k, KORVO_ERR_ILL
 inline fault valued(int k, double x, _korvo_errcode expected = KORVO_ERR_ILLEGAL_VALUE) {
   return {fault::value, k, expected, x};
 }
+inline fault no_stream() { return {fault::no_stream, -1, KORVO_ERR_NULL_POINTER}; }
 // What most routines look for in n matrices, the last one the result, and then these.
 inline faults checked(int n, std::initializer_list<fault> then, bool converts = false) {
   faults all;
@@ -103,6 +104,9 @@ class argument_maker {
       for (const fault& f : s_.spoiled)
         if (f.what == fault::value && f.which == scalars_) argument = static_cast<P>(f.detail);
       ++scalars_;
+    } else if constexpr (std::is_same_v<P, FILE*>) {
+      for (const fault& f : s_.spoiled)
+        if (f.what == fault::no_stream) argument = nullptr;
     } else if constexpr (requires { argument->nelem; }) {
       data_.push_back(argument->data);
       for (auto f = s_.spoiled.rbegin(); argument && f != s_.spoiled.rend(); ++f)

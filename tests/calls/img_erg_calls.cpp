@@ -25,8 +25,9 @@ given one_image() {
       .sized(6, 9)
       .of(KORVO_UINT8, KORVO_UINT8)
       .refusing({null(0), no_data(0), miscounted(0), other_type(1), shaped(1, 9, 6), no_data(1), no_data(2),
-                 miscounted(3), shaped(2, 3, 18), shaped(3, 9, 6), sharing(2, 1), valued(5, -1.0), valued(4, 1),
-                 valued(0, -1), valued(2, 4, KORVO_ERR_ILLEGAL_SIZE), valued(3, 2, KORVO_ERR_ILLEGAL_SIZE)});
+                 miscounted(3), shaped(2, 3, 18), shaped(3, 9, 6), sharing(2, 1), valued(5, -1.0),
+                 valued(5, NAN), valued(4, 1), valued(0, -1), valued(2, 4, KORVO_ERR_ILLEGAL_SIZE),
+                 valued(3, 2, KORVO_ERR_ILLEGAL_SIZE)});
 }
 
 call_row bands_row() {

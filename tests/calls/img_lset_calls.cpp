@@ -27,7 +27,7 @@ call_rows img_lset_calls() {
   const faults refused = {null(0),       null(1),    other_type(0),     other_type(1),
                           miscounted(0), no_data(1), shaped(1, 18, 16), sharing(1, 0)};
   faults start = refused;
-  start.insert(start.end(), {valued(0, -1), valued(0, 16), valued(1, 18)});
+  start.insert(start.end(), {valued(0, -1), valued(0, 16), valued(1, -1), valued(1, 18)});
   return {ROW(imguniv_potential_canny,
               args(1.5, 0.5, 2)
                   .sized(9, 11)

@@ -19,19 +19,21 @@ std::string raw_bytes() { return list(" and ") + std::string(400, '?'); }
 
 }  // namespace
 
-#define PARSE(type, word) ROW(mat##type##_parse, args().reading(printed(word)).making())
+#define PARSE(type, word) \
+  ROW(mat##type##_parse, args().reading(printed(word)).making().refusing({null(0), no_stream()}))
 #define PARSE_ROWS                                                                                            \
   PARSE(u8, "uint8"), PARSE(u16, "uint16"), PARSE(u32, "uint32"), PARSE(s16, "sint16"), PARSE(s32, "sint32"), \
       PARSE(flt, "float"), PARSE(dbl, "double"), PARSE(univ, "double")
 
 call_rows mat_io_calls() {
-  const faults refused = checked(1, {}, true);
+  const faults refused = checked(1, {no_stream()}, true);
   return {
       REAL_ROWS(print, args(30).refusing(refused)),
       PARSE_ROWS,
       REAL_ROWS(write_ascii, args(40).with(", ").refusing(refused)),
       REAL_ROWS(read_ascii, args(';', '#').reading(list(" ; # remark\n")).refusing(refused)),
-      REAL_ROWS(write_raw, args(1).refusing(refused)),
-      REAL_ROWS(read_raw, args(7, 1).reading(raw_bytes()).refusing(refused)),
+      REAL_ROWS(write_raw, args(1).refusing({null(0), no_stream(), miscounted(0)})),
+      REAL_ROWS(read_raw,
+                args(7, 1).reading(raw_bytes()).refusing(checked(1, {no_stream(), valued(0, -1)}, true))),
   };
 }

@@ -28,6 +28,7 @@ given williams() {
   ROW(sigdbl_timefreq_autocorrelate_##op, plane()), ROW(siguniv_timefreq_autocorrelate_##op, plane())
 
 call_rows sig_tfrq_calls() {
+  const faults kernel = {null(0), valued(2, 0), valued(2, -1), valued(1, 0), valued(0, 0)};
   return {PLANE_ROWS(wigner),
           PLANE_ROWS(cone),
           PLANE_ROWS(born_jordan),
@@ -37,6 +38,6 @@ call_rows sig_tfrq_calls() {
           ROW(sigdbl_timefreq_autocorrelate_custom, smoothed(1, 40)),
           VARIANT(sigdbl_timefreq_autocorrelate_custom, "column", smoothed(40, 1)),
           ROW(siguniv_timefreq_autocorrelate_custom, smoothed(1, 40)),
-          ROW(sigdbl_kernel_choi_williams, args(5, 30, 0.5).making()),
-          ROW(siguniv_kernel_choi_williams, args(5, 30, 0.5, KORVO_DOUBLE).making())};
+          ROW(sigdbl_kernel_choi_williams, args(5, 30, 0.5).making().refusing(kernel)),
+          ROW(siguniv_kernel_choi_williams, args(5, 30, 0.5, KORVO_DOUBLE).making().refusing(kernel))};
 }

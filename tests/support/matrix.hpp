@@ -70,6 +70,17 @@ class matrix : public M {
   std::vector<T> elements_;
 };
 
+// A matrix as an argument of a universal routine, for as long as the call.
+class univ {
+ public:
+  template <class M>
+  explicit univ(const matrix<M>& mat) : mat_(mat.universal()) {}
+  operator _univ_mat*() { return &mat_; }  // NOLINT(google-explicit-constructor): it is an argument
+
+ private:
+  _univ_mat mat_;
+};
+
 // Whether the elements of two records are the same bits.
 template <class M>
 bool same_bits(const M& a, const M& b) {

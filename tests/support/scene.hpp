@@ -17,7 +17,7 @@
 
 // Something wrong with the k-th matrix of a call, or with its k-th scalar, and what that is refused with.
 struct fault {
-  enum { no_matrix, no_data, wrong_count, wrong_type, shape, shares, value } what;
+  enum { no_matrix, no_data, wrong_count, wrong_type, shape, shares, value, no_stream } what;
   int which;
   _korvo_errcode expected;
   double detail = 0.0, more = 0.0;  // rows and columns; the matrix whose data it shares; the value

@@ -162,7 +162,8 @@ TEST(MinimalPath, JumpsToTheStartWhereThereIsNoWayAndRests) {
   EXPECT_EQ(rest.vertices(), (std::vector<double>{1, 2}));
   EXPECT_EQ(imguniv_minpath_from_levelset(&from, 1, 2, 1, 2, nullptr, nullptr, nullptr),
             KORVO_ERR_NULL_POINTER);
-  EXPECT_EQ(imguniv_minpath_from_levelset(&from, 1, 3, 1, 2, nullptr, &jump.chain, nullptr),
+  way refused;
+  EXPECT_EQ(imguniv_minpath_from_levelset(&from, 1, 3, 1, 2, nullptr, &refused.chain, nullptr),
             KORVO_ERR_ILLEGAL_VALUE);
 }
 

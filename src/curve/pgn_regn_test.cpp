@@ -138,6 +138,29 @@ TEST(RegionRendering, AddsThePartsOfItsEdgesInEachRow) {
     EXPECT_EQ((square.data[7] = far, call(nullptr)), KORVO_ERR_ILLEGAL_VALUE);
 }
 
+// Too narrow for the rule of falling edges to matter.
+TEST(RegionRendering, KeepsTheAreaAndIsNegatedByTheOtherWayRound) {
+  for (unsigned seed = 0; seed < 200; ++seed) {
+    const dbl_matrix p = dbl_matrix::random(3 + int(seed % 6), 2, seed, 0.0, 1000.0), reversed(p.nrow, 2);
+    double twice = 0.0;
+    for (int i = 0; i < p.nrow; ++i) p(i, 0) = 4 + p(i, 0) / 400.3, p(i, 1) = p(i, 1) / 126.1;
+    for (int i = 0; i < p.nrow; ++i) {
+      const int next = (i + 1) % p.nrow, last = p.nrow - 1 - i;
+      twice += p(i, 0) * p(next, 1) - p(next, 0) * p(i, 1);
+      reversed(i, 0) = p(last, 0), reversed(i, 1) = p(last, 1);
+    }
+    dbl_matrix area(9, 13), other(9, 13);
+    ASSERT_EQ(pgndbl_render_region(&p, nullptr, &area), KORVO_ERR_OK);
+    ASSERT_EQ(pgndbl_render_region(&reversed, nullptr, &other), KORVO_ERR_OK);
+    double sum = 0.0;
+    for (int i = 0; i < area.nelem; ++i) {
+      sum += area.data[i];
+      ASSERT_NEAR(other.data[i], -area.data[i], 1e-9) << seed;
+    }
+    EXPECT_NEAR(sum, twice / 2, 1e-9) << seed;
+  }
+}
+
 TEST(LineRendering, TakesTheNearestPixelsClipsAndClosesIfAsked) {
   for (int pair = 0; pair < 48 * 48; ++pair) {
     const int a[] = {pair % 6, pair / 6 % 8}, b[] = {pair / 48 % 6, pair / 288};

@@ -118,14 +118,14 @@ class reference_marching {
 };
 
 void add_marching(std::int32_t size) {
-  bench::add("marching", size, "korvos", [=] {
+  bench::add("fast_marching", size, "korvos", [=] {
     return [potential = costs(size), level = std::make_shared<dbl_matrix>(size, size), size] {
       const _univ_mat from = potential->universal();
       _univ_mat to = level->universal();
       bench::check(imguniv_minpath_levelset_from_potential(&from, size / 2, size / 2, nullptr, &to));
     };
   });
-  bench::add("marching", size, "heap with positions", [=] {
+  bench::add("fast_marching", size, "heap_with_positions", [=] {
     const auto potential = costs(size);
     const auto level = std::make_shared<dbl_matrix>(size, size);
     const auto reference = std::make_shared<reference_marching>(potential->data, size, level->data);
@@ -134,7 +134,7 @@ void add_marching(std::int32_t size) {
 }
 
 void add_snake(std::int32_t vertices) {
-  bench::add("snake of 50 iterations", vertices, "korvos", [=] {
+  bench::add("snake_50_iterations", vertices, "korvos", [=] {
     constexpr std::int32_t size = 256;
     const auto image = [](unsigned seed) {
       return std::make_shared<dbl_matrix>(dbl_matrix::random(size, size, seed, -0.5, 0.5));
@@ -166,7 +166,7 @@ std::shared_ptr<u8_matrix> dots(std::int32_t size) {
 }
 
 void add_distance(std::int32_t size) {
-  bench::add("distance transform", size, "korvos", [=] {
+  bench::add("distance_transform", size, "korvos", [=] {
     return [image = dots(size), out = std::make_shared<dbl_matrix>(size, size)] {
       const _univ_mat from = image->universal();
       _univ_mat to = out->universal();
@@ -175,7 +175,7 @@ void add_distance(std::int32_t size) {
     };
   });
 #ifdef KORVOS_BENCH_OPENCV
-  bench::add("distance transform", size, "OpenCV", [=] {  // to floats
+  bench::add("distance_transform", size, "opencv", [=] {  // to floats
     return [image = dots(size), out = cv::Mat(size, size, CV_32F)]() mutable {
       const cv::Mat in(image->nrow, image->ncol, CV_8U, image->data);
       cv::distanceTransform(in, out, cv::DIST_L2, cv::DIST_MASK_PRECISE);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "drawing.hpp"
+#include "scaling.hpp"
 #include "stages/stages.hpp"
 
 namespace demo {
@@ -16,12 +17,8 @@ constexpr std::int32_t least_side = 48;  // smaller pictures have no room for co
 // Bright parts, labelled from 1.
 matrix bright_parts(const _univ_mat& grey) {
   matrix bright(grey.nrow, grey.ncol, KORVO_UINT8), labels(grey.nrow, grey.ncol, KORVO_UINT32);
-  const auto values = elements(grey);
-  double sum = 0.0;
-  for (const double x : values) sum += x;
-  const double mean = sum / static_cast<double>(values.size());
   std::uint32_t count = 0;
-  check(matuniv_threshold(&grey, -1e37, mean, byte(1), byte(0), nullptr, &bright));
+  check(matuniv_threshold(&grey, -1e37, mean(grey), byte(1), byte(0), nullptr, &bright));
   check(imguniv_connected_components(&bright, 1, byte(1), 1, nullptr, &labels, &count));
   return labels;
 }
